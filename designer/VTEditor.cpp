@@ -1,0 +1,134 @@
+#include "VTEditor.h"
+
+#include "ContextManager.h"
+#include "DocumentManager.h"
+#include "EditorManager.h"
+#include "ICore.h"
+#include "MainWindow.h"
+#include "VTDocument.h"
+#include "VTMdiSubWindow.h"
+
+#include <QDir>
+#include <QLabel>
+#include <QMdiArea>
+#include <QTabBar>
+#include <QUndoGroup>
+#include <QUndoStack>
+#include <QVBoxLayout>
+
+VTEditor::VTEditor()
+{
+    MainWindow* pWindow = ICore::getMainWindow();
+    m_pSubWindow = new VTMdiSubWindow(this);
+    auto* pContent = new QWidget(m_pSubWindow);
+    pContent->setFocusPolicy(Qt::ClickFocus);
+    auto* pLayout = new QVBoxLayout(pContent);
+    pLayout->setContentsMargins(0, 0, 0, 0);
+    pLayout->setSpacing(0);
+    // The stage view takes this place once the canvas exists; until then the tab shows what
+    // is open.
+    m_pStagePlaceholder = new QLabel(pContent);
+    m_pStagePlaceholder->setAlignment(Qt::AlignCenter);
+    pLayout->addWidget(m_pStagePlaceholder, 1);
+    m_pSubWindow->setWidget(pContent);
+    if (pWindow)
+        pWindow->getMdiArea()->addSubWindow(m_pSubWindow);
+    ContextManager::registerContext(m_pSubWindow, QStringLiteral("Canvas"), tr("Canvas"));
+    m_pSubWindow->showMaximized();
+    m_pSubWindow->setFocus(Qt::OtherFocusReason);
+
+    connect(this, &IEditor::documentLoaded, this, &VTEditor::onDocumentLoaded);
+    connect(this, &IEditor::documentUnloading, this, &VTEditor::onDocumentUnloaded);
+    connect(this, &IEditor::documentTitleChanged, this, &VTEditor::updateDocumentTabName);
+    connect(this, &IEditor::aboutToActivate, this, &VTEditor::activateDocumentTab);
+    connect(this, &IEditor::documentModifyChanged, this, &VTEditor::onDocumentModifyChanged);
+    connect(m_pSubWindow, &QMdiSubWindow::aboutToActivate, this, &VTEditor::selfActivate);
+}
+
+VTEditor::~VTEditor()
+{
+    if (m_pSubWindow) {
+        ContextManager::unregisterContext(m_pSubWindow, QStringLiteral("Canvas"));
+        m_pSubWindow->forceClose();
+    }
+}
+
+VTDocument* VTEditor::getVTDocument() const
+{
+    return qobject_cast<VTDocument*>(getDocument());
+}
+
+void VTEditor::closeWindow()
+{
+    if (m_pSubWindow)
+        m_pSubWindow->forceClose();
+}
+
+void VTEditor::selfActivate()
+{
+    disconnect(this, &IEditor::aboutToActivate, this, &VTEditor::activateDocumentTab);
+    EditorManager::activateEditor(this);
+    if (VTDocument* pDocument = getVTDocument()) {
+        emit pDocument->statusChanged(pDocument->getStatus());
+        DocumentManager::getUndoGroup()->setActiveStack(pDocument->getUndoStack());
+    }
+    connect(this, &IEditor::aboutToActivate, this, &VTEditor::activateDocumentTab);
+    updateDocumentTabName();
+}
+
+void VTEditor::activateDocumentTab()
+{
+    MainWindow* pWindow = ICore::getMainWindow();
+    if (pWindow && m_pSubWindow)
+        pWindow->getMdiArea()->setActiveSubWindow(m_pSubWindow);
+    if (VTDocument* pDocument = getVTDocument())
+        DocumentManager::getUndoGroup()->setActiveStack(pDocument->getUndoStack());
+    updateDocumentTabName();
+}
+
+void VTEditor::onDocumentModifyChanged(bool)
+{
+    updateDocumentTabName();
+}
+
+void VTEditor::onDocumentLoaded()
+{
+    updateDocumentTabName();
+    if (VTDocument* pDocument = getVTDocument()) {
+        m_pStagePlaceholder->setText(tr("%1\n%2 × %3 px")
+                                         .arg(pDocument->getName())
+                                         .arg(pDocument->getWidth())
+                                         .arg(pDocument->getHeight()));
+    }
+}
+
+void VTEditor::onDocumentUnloaded()
+{
+    m_pStagePlaceholder->clear();
+}
+
+void VTEditor::updateDocumentTabName()
+{
+    VTDocument* pDocument = getVTDocument();
+    if (!pDocument || !m_pSubWindow)
+        return;
+    QString name = pDocument->getName();
+    if (pDocument->isOpenAsBackup())
+        name = tr("%1 - backup").arg(name);
+    const bool bModified = !pDocument->getUndoStack()->isClean() || pDocument->isTempDocument()
+                           || pDocument->isOpenAsBackup();
+    m_pSubWindow->setWindowTitle(name + QStringLiteral("[*]"));
+    m_pSubWindow->setWindowModified(bModified);
+    m_pSubWindow->setWindowFilePath(pDocument->getFileName());
+    if (MainWindow* pWindow = ICore::getMainWindow()) {
+        pWindow->setWindowModified(bModified);
+        pWindow->setWindowFilePath(pDocument->getFileName());
+        if (EditorManager::activeEditor() == this)
+            pWindow->setWindowTitle(QStringLiteral("%1[*] - %2").arg(name, ICore::applicationName()));
+        if (auto* pTabBar = pWindow->getMdiArea()->findChild<QTabBar*>()) {
+            const int nIndex = pWindow->getMdiArea()->subWindowList().indexOf(m_pSubWindow);
+            if (nIndex >= 0)
+                pTabBar->setTabToolTip(nIndex, QDir::toNativeSeparators(pDocument->getFileName()));
+        }
+    }
+}

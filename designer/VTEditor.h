@@ -1,0 +1,34 @@
+#pragma once
+
+#include "IEditor.h"
+
+#include <QPointer>
+
+class QLabel;
+class VTDocument;
+class VTMdiSubWindow;
+
+// The editor of one open project: its tab in the main window and the stage inside it.
+class VTEditor final : public IEditor
+{
+    Q_OBJECT
+public:
+    VTEditor();
+    ~VTEditor() override;
+
+    VTDocument* getVTDocument() const;
+    VTMdiSubWindow* getSubWindow() const { return m_pSubWindow; }
+    void closeWindow() override;
+
+public slots:
+    void selfActivate();
+    void onDocumentModifyChanged(bool bModified);
+    void updateDocumentTabName();
+    void onDocumentLoaded();
+    void onDocumentUnloaded();
+    void activateDocumentTab();
+
+private:
+    QPointer<VTMdiSubWindow> m_pSubWindow;
+    QLabel* m_pStagePlaceholder = nullptr;
+};

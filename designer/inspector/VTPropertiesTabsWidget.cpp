@@ -1,0 +1,16 @@
+#include "VTPropertiesTabsWidget.h"
+
+#include <QLabel>
+#include <QVBoxLayout>
+
+VTPropertiesTabsWidget::VTPropertiesTabsWidget(QWidget* parent)
+    : QWidget(parent)
+    , m_pEmptyLabel(new QLabel(tr("Open a project to see its properties here."), this))
+{
+    setObjectName(QStringLiteral("VTPropertiesTabsWidget"));
+    m_pEmptyLabel->setAlignment(Qt::AlignCenter);
+    m_pEmptyLabel->setWordWrap(true);
+    m_pEmptyLabel->setEnabled(false);
+    auto* pLayout = new QVBoxLayout(this);
+    pLayout->addWidget(m_pEmptyLabel);
+}

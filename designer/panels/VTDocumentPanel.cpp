@@ -1,0 +1,16 @@
+#include "VTDocumentPanel.h"
+
+#include <QLabel>
+#include <QVBoxLayout>
+
+VTDocumentPanel::VTDocumentPanel(QWidget* parent)
+    : QWidget(parent)
+    , m_pEmptyLabel(new QLabel(tr("Open a project to see its project settings here."), this))
+{
+    setObjectName(QStringLiteral("VTDocumentPanel"));
+    m_pEmptyLabel->setAlignment(Qt::AlignCenter);
+    m_pEmptyLabel->setWordWrap(true);
+    m_pEmptyLabel->setEnabled(false);
+    auto* pLayout = new QVBoxLayout(this);
+    pLayout->addWidget(m_pEmptyLabel);
+}

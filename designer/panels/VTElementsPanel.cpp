@@ -1,0 +1,16 @@
+#include "VTElementsPanel.h"
+
+#include <QLabel>
+#include <QVBoxLayout>
+
+VTElementsPanel::VTElementsPanel(QWidget* parent)
+    : QWidget(parent)
+    , m_pEmptyLabel(new QLabel(tr("Open a project to see its elements here."), this))
+{
+    setObjectName(QStringLiteral("VTElementsPanel"));
+    m_pEmptyLabel->setAlignment(Qt::AlignCenter);
+    m_pEmptyLabel->setWordWrap(true);
+    m_pEmptyLabel->setEnabled(false);
+    auto* pLayout = new QVBoxLayout(this);
+    pLayout->addWidget(m_pEmptyLabel);
+}

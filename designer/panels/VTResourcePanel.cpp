@@ -1,0 +1,16 @@
+#include "VTResourcePanel.h"
+
+#include <QLabel>
+#include <QVBoxLayout>
+
+VTResourcePanel::VTResourcePanel(QWidget* parent)
+    : QWidget(parent)
+    , m_pEmptyLabel(new QLabel(tr("Open a project to see its resources here."), this))
+{
+    setObjectName(QStringLiteral("VTResourcePanel"));
+    m_pEmptyLabel->setAlignment(Qt::AlignCenter);
+    m_pEmptyLabel->setWordWrap(true);
+    m_pEmptyLabel->setEnabled(false);
+    auto* pLayout = new QVBoxLayout(this);
+    pLayout->addWidget(m_pEmptyLabel);
+}

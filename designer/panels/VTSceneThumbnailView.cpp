@@ -1,0 +1,16 @@
+#include "VTSceneThumbnailView.h"
+
+#include <QLabel>
+#include <QVBoxLayout>
+
+VTSceneThumbnailView::VTSceneThumbnailView(QWidget* parent)
+    : QWidget(parent)
+    , m_pEmptyLabel(new QLabel(tr("Open a project to see its scenes here."), this))
+{
+    setObjectName(QStringLiteral("VTSceneThumbnailView"));
+    m_pEmptyLabel->setAlignment(Qt::AlignCenter);
+    m_pEmptyLabel->setWordWrap(true);
+    m_pEmptyLabel->setEnabled(false);
+    auto* pLayout = new QVBoxLayout(this);
+    pLayout->addWidget(m_pEmptyLabel);
+}

@@ -1,0 +1,172 @@
+#include "ActionContainer.h"
+#include "ActionManager.h"
+#include "ContextAction.h"
+#include "EditorManager.h"
+#include "IDocument.h"
+#include "IEditor.h"
+#include "MainWindow.h"
+#include "PluginManager.h"
+#include "PluginSpec.h"
+#include "RecordingMessageBox.h"
+#include "WebChannelServer.h"
+
+#include <QDockWidget>
+#include <QMdiArea>
+#include <QMenu>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QWebEngineView>
+#include <QtTest>
+
+using ExtensionSystem::PluginManager;
+
+namespace {
+const QStringList kDockNames{"spInspectorDockWidget", "spScenesDockWidget", "spDocPropertiesWidget",
+                             "spTimelineDockWidget",  "spElementsWidget",   "spResourcesWidget",
+                             "spFunctionsWidget",     "spBreakpointsWidget"};
+
+bool copyDir(const QString& from, const QString& to)
+{
+    QDir().mkpath(to);
+    for (const QFileInfo& info : QDir(from).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden)) {
+        const QString target = to + "/" + info.fileName();
+        if (info.isDir() ? !copyDir(info.filePath(), target) : !QFile::copy(info.filePath(), target))
+            return false;
+    }
+    return true;
+}
+} // namespace
+
+// The designer loaded into the real host window, as the studio starts it.
+class TestDesignerPlugin : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void docksAreBuiltInOrderAndHidden();
+    void welcomePageReachesTheChannel();
+    void openProjectShowsDocks();
+    void shutdownSavesLayoutWithTimelineDocked();
+
+private:
+    QDockWidget* dock(const QString& name) const { return m_pWindow->findChild<QDockWidget*>(name); }
+
+    RecordingMessageBox m_box;
+    MainWindow* m_pWindow = nullptr;
+    QTemporaryDir m_dir;
+};
+
+void TestDesignerPlugin::initTestCase()
+{
+    QVERIFY(m_dir.isValid());
+    m_pWindow = new MainWindow;
+    PluginManager::addBuiltinPlugin("core", "1.0.0");
+    PluginManager::setPluginPaths({qEnvironmentVariable("VETRA_PLUGIN_PATH")});
+    PluginManager::loadPlugins();
+    const auto* pSpec = PluginManager::findPlugin("designer");
+    QVERIFY2(pSpec, qPrintable(PluginManager::errorStrings().join('\n')));
+    QCOMPARE(pSpec->getState(), ExtensionSystem::PluginSpec::Running);
+    QCOMPARE(pSpec->getVersion(), QString("1.0.0"));
+    QCOMPARE(pSpec->getCategory(), QString("Vetra"));
+    QVERIFY(pSpec->isRequired());
+}
+
+void TestDesignerPlugin::docksAreBuiltInOrderAndHidden()
+{
+    QStringList names;
+    for (QDockWidget* pDock : m_pWindow->findChildren<QDockWidget*>(QString(), Qt::FindDirectChildrenOnly))
+        names << pDock->objectName();
+    QCOMPARE(names, kDockNames);
+    for (const QString& name : kDockNames)
+        QVERIFY2(dock(name)->isHidden(), qPrintable(name));
+
+    QCOMPARE(m_pWindow->dockWidgetArea(dock("spInspectorDockWidget")), Qt::RightDockWidgetArea);
+    QCOMPARE(m_pWindow->dockWidgetArea(dock("spScenesDockWidget")), Qt::LeftDockWidgetArea);
+    QCOMPARE(m_pWindow->dockWidgetArea(dock("spTimelineDockWidget")), Qt::BottomDockWidgetArea);
+    QCOMPARE(m_pWindow->corner(Qt::BottomRightCorner), Qt::RightDockWidgetArea);
+    QVERIFY(m_pWindow->tabifiedDockWidgets(dock("spScenesDockWidget")).contains(dock("spDocPropertiesWidget")));
+    const QList<QDockWidget*> withResources = m_pWindow->tabifiedDockWidgets(dock("spResourcesWidget"));
+    for (const char* name : {"spElementsWidget", "spFunctionsWidget", "spBreakpointsWidget"})
+        QVERIFY2(withResources.contains(dock(name)), name);
+    QCOMPARE(dock("spInspectorDockWidget")->widget()->metaObject()->className(), "VTPropertiesTabsWidget");
+    QCOMPARE(dock("spTimelineDockWidget")->widget()->metaObject()->className(), "VTTimelineWindow");
+    QVERIFY(dock("spTimelineDockWidget")->titleBarWidget());
+    QVERIFY(dock("spTimelineDockWidget")->widget()->windowFlags().testFlag(Qt::WindowCloseButtonHint));
+
+    // The toggles sit in the View menu in dock order, a separator after the first.
+    const QList<QAction*> view = ActionManager::getActionContainer("MenuBar.View")->menu()->actions();
+    QCOMPARE(view.value(0), ActionManager::getAction("View.Properties")->getAction());
+    QVERIFY(view.value(1) && view.value(1)->isSeparator());
+    QCOMPARE(view.value(2), ActionManager::getAction("View.Scenes")->getAction());
+    QCOMPARE(view.value(8), ActionManager::getAction("View.Breakpoints")->getAction());
+    // With no project open the toggles are hidden too.
+    QVERIFY(!ActionManager::getAction("View.Timeline")->getAction()->isVisible());
+    QVERIFY(ActionManager::getAction("Help.CheckUpdates")->getAction()->isEnabled());
+}
+
+void TestDesignerPlugin::welcomePageReachesTheChannel()
+{
+    m_pWindow->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_pWindow));
+    auto* pView = m_pWindow->findChild<QWebEngineView*>("welcomeView");
+    QVERIFY(pView);
+    QVERIFY(pView->isVisible());
+    QVERIFY(pView->url().isLocalFile());
+    QVERIFY(pView->url().query().contains("webChannelBaseUrl"));
+    // The page opens its socket with the token and a file:// origin, or the server refuses it.
+    QTRY_VERIFY_WITH_TIMEOUT(m_pWindow->getWebChannelServer()->getConnectionCount() >= 1, 30000);
+}
+
+void TestDesignerPlugin::openProjectShowsDocks()
+{
+    const QString folder = m_dir.filePath("welcome");
+    QVERIFY(copyDir(QStringLiteral(VETRA_EXAMPLES_DIR "/welcome"), folder));
+    const QString file = folder + "/welcome.vetra";
+    QVERIFY2(m_pWindow->openFile(file), qPrintable(m_box.texts.join('\n')));
+    IEditor* pEditor = EditorManager::activeEditor();
+    QVERIFY(pEditor);
+    QCOMPARE(QFileInfo(pEditor->getDocument()->getFileName()).canonicalFilePath(), QFileInfo(file).canonicalFilePath());
+    QCOMPARE(m_pWindow->getMdiArea()->subWindowList().size(), 1);
+    QVERIFY(m_pWindow->windowTitle().startsWith("welcome"));
+    QTRY_VERIFY(!m_pWindow->findChild<QWebEngineView*>("welcomeView")->isVisible());
+    for (const QString& name : kDockNames)
+        QVERIFY2(!dock(name)->isHidden(), qPrintable(name));
+    QVERIFY(ActionManager::getAction("View.Timeline")->getAction()->isVisible());
+    QVERIFY(ActionManager::getAction("File.Close")->getAction()->isEnabled());
+    // Opening it again activates the open one instead of locking it twice.
+    QVERIFY(m_pWindow->openFile(file));
+    QCOMPARE(EditorManager::getEditors().size(), 1);
+
+    dock("spTimelineDockWidget")->setFloating(true);
+    QVERIFY(dock("spTimelineDockWidget")->isFloating());
+}
+
+void TestDesignerPlugin::shutdownSavesLayoutWithTimelineDocked()
+{
+    QSettings* pSettings = PluginManager::settings();
+    pSettings->remove("Designer/windowState");
+    PluginManager::shutdown();
+    const QByteArray state = pSettings->value("Designer/windowState").toByteArray();
+    QVERIFY(!state.isEmpty());
+    QVERIFY(!pSettings->value("Designer/windowGeometry").toByteArray().isEmpty());
+    QVERIFY(!dock("spTimelineDockWidget"));
+
+    // A window with the same docks takes the saved layout: the timeline comes back docked.
+    QMainWindow restored;
+    QDockWidget* pTimeline = nullptr;
+    for (const QString& name : kDockNames) {
+        auto* pDock = new QDockWidget(name, &restored);
+        pDock->setObjectName(name);
+        restored.addDockWidget(Qt::RightDockWidgetArea, pDock);
+        if (name == "spTimelineDockWidget")
+            pTimeline = pDock;
+    }
+    QVERIFY(restored.restoreState(state));
+    QVERIFY(!pTimeline->isFloating());
+    QCOMPARE(restored.dockWidgetArea(pTimeline), Qt::BottomDockWidgetArea);
+    m_pWindow->closeAllProjects();
+    delete m_pWindow;
+}
+
+QTEST_MAIN(TestDesignerPlugin)
+#include "tst_designerplugin.moc"

@@ -1,0 +1,96 @@
+#!/usr/bin/env node
+// Bundles the studio's web pages with esbuild.
+//
+//   node build.mjs --outdir <resources dir>   build every bundle below <resources dir>
+//   node build.mjs --list                     print each bundle's path relative to the outdir
+//
+// <resources dir> is the "resources" folder of the shared data (the build tree's
+// share/vetra-studio/resources); the static HTML and CSS of each page are copied there by CMake.
+// CMake reads --list at configure time to know what this script produces, so a new page only
+// needs a new row in `bundles`.
+
+import path from 'node:path';
+import process from 'node:process';
+import { fileURLToPath } from 'node:url';
+
+const here = path.dirname(fileURLToPath(import.meta.url));
+
+/**
+ * One row per bundle. Pages are opened from file:// inside Qt WebEngine, so every bundle is a
+ * classic script (iife): module scripts do not load from file URLs.
+ *
+ * target: the oldest engine that runs the bundle. Qt WebEngine 5.15 is Chromium 87.
+ */
+const bundles = [
+    {
+        entry: 'src/welcome/main.ts',
+        out: 'welcome/vtwelcome.js',
+        format: 'iife',
+        target: 'chrome87',
+    },
+    // The exported player goes here: it runs in the audience's browsers, not in the studio, so it
+    // is built for target 'es2017' as one iife with no runtime dependency.
+    //
+    // The stage page of the editor goes here too (target 'chrome87', iife), once it exists.
+];
+
+function parseArguments(argv) {
+    const options = { outdir: null, list: false };
+    for (let i = 0; i < argv.length; ++i) {
+        const arg = argv[i];
+        if (arg === '--list') {
+            options.list = true;
+        } else if (arg === '--outdir') {
+            options.outdir = argv[++i] ?? null;
+        } else if (arg.startsWith('--outdir=')) {
+            options.outdir = arg.slice('--outdir='.length);
+        } else {
+            throw new Error(`unknown argument "${arg}"`);
+        }
+    }
+    if (!options.list && !options.outdir) {
+        throw new Error('--outdir <resources dir> is required');
+    }
+    return options;
+}
+
+async function buildAll(outdir) {
+    // Loaded here, not at the top: CMake asks for --list while configuring, before npm ci has
+    // installed esbuild.
+    const { build } = await import('esbuild');
+    for (const bundle of bundles) {
+        const outfile = path.join(outdir, bundle.out);
+        const result = await build({
+            absWorkingDir: here,
+            entryPoints: [path.join(here, bundle.entry)],
+            outfile,
+            bundle: true,
+            platform: 'browser',
+            format: bundle.format,
+            target: bundle.target,
+            minify: false,
+            sourcemap: false,
+            legalComments: 'none',
+            charset: 'utf8',
+            logLevel: 'warning',
+        });
+        if (result.errors.length > 0) {
+            throw new Error(`${bundle.entry} failed`);
+        }
+        console.log(`built ${outfile}`);
+    }
+}
+
+try {
+    const options = parseArguments(process.argv.slice(2));
+    if (options.list) {
+        for (const bundle of bundles) {
+            console.log(bundle.out);
+        }
+    } else {
+        await buildAll(path.resolve(options.outdir));
+    }
+} catch (error) {
+    console.error(`build.mjs: ${error instanceof Error ? error.message : error}`);
+    process.exitCode = 1;
+}

@@ -5,9 +5,9 @@
 #include <QPointer>
 #include <QTimer>
 
-class IEditor;
+#include "IEditor.h"
 class QDockWidget;
-class QWebEngineView;
+#include <QWebEngineView>
 class VTCanvasZoomControl;
 class VTWelcomeBridge;
 

@@ -6,7 +6,7 @@
 
 class QLabel;
 class VTDocument;
-class VTMdiSubWindow;
+#include "VTMdiSubWindow.h"
 
 // The editor of one open project: its tab in the main window and the stage inside it.
 class VTEditor final : public IEditor

@@ -1,0 +1,75 @@
+#include "VTCheckCommand.h"
+
+#include "IProjectDialogs.h"
+#include "VTCliProjectDialogs.h"
+#include "VTDocument.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTextStream>
+
+namespace {
+
+QString counted(int nCount, const QString& one, const QString& many)
+{
+    return nCount == 1 ? one : many.arg(nCount);
+}
+
+} // namespace
+
+QString VTCheckCommand::getSummary() const
+{
+    return tr("Open a project as the studio does and report every problem (exit code 1 if it does not open)");
+}
+
+int VTCheckCommand::run(const QStringList& arguments, QTextStream& out, QTextStream& err)
+{
+    if (arguments.size() == 1 &&
+        (arguments.first() == QLatin1String("--help") || arguments.first() == QLatin1String("-h"))) {
+        out << tr("Usage: vetra check FILE") << '\n' << getSummary() << '\n';
+        return s_nExitSuccess;
+    }
+    if (arguments.size() != 1 || arguments.first().isEmpty()) {
+        err << tr("Usage: vetra check FILE") << '\n';
+        return s_nExitUsage;
+    }
+    const QString filePath = QFileInfo(arguments.first()).absoluteFilePath();
+    const QString shownPath = QDir::toNativeSeparators(filePath);
+
+    VTCliProjectDialogs dialogs;
+    IProjectDialogs* pPreviousDialogs = IProjectDialogs::instance();
+    IProjectDialogs::setInstance(&dialogs);
+    bool bOpened = false;
+    {
+        VTDocument document;
+        document.setFileName(filePath);
+        bOpened = document.open();
+        const QStringList problems = document.getLoadProblems();
+        for (const QString& problem : problems)
+            err << shownPath << ": " << problem << '\n';
+        if (bOpened) {
+            out << shownPath << ": " << tr("OK") << " - " << getSummaryLine(document);
+            if (!problems.isEmpty())
+                out << ", " << counted(problems.size(), tr("1 problem"), tr("%1 problems"));
+            out << '\n';
+        } else {
+            err << shownPath << ": " << tr("not opened") << '\n';
+        }
+    }
+    IProjectDialogs::setInstance(pPreviousDialogs);
+    out.flush();
+    err.flush();
+    return bOpened ? s_nExitSuccess : s_nExitFailure;
+}
+
+QString VTCheckCommand::getSummaryLine(const VTDocument& document)
+{
+    return tr("\"%1\", %2 x %3 px, format version %4, %5, %6, %7")
+        .arg(document.getName())
+        .arg(document.getWidth())
+        .arg(document.getHeight())
+        .arg(document.getDocVersion())
+        .arg(counted(document.getRawSceneCount(), tr("1 scene"), tr("%1 scenes")),
+             counted(document.getRawResourceCount(), tr("1 resource"), tr("%1 resources")),
+             counted(document.getRawScriptCount(), tr("1 script"), tr("%1 scripts")));
+}

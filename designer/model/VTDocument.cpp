@@ -1,0 +1,757 @@
+#include "VTDocument.h"
+
+#include "IMessageBox.h"
+#include "IProjectDialogs.h"
+#include "IUtils.h"
+#include "VTFileLocker.h"
+#include "VTJsonReader.h"
+#include "VTLocationManager.h"
+
+#include <QColor>
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QSaveFile>
+#include <QUndoStack>
+
+namespace {
+
+const QString s_strAppNameKey = QStringLiteral("appName");
+const QString s_strDocumentKey = QStringLiteral("document");
+const QString s_strLocationsKey = QStringLiteral("locations");
+const QString s_strDocVersionKey = QStringLiteral("docVersion");
+const QString s_strAutoplayKey = QStringLiteral("autoplay");
+const QString s_strAutoKeyframeModeKey = QStringLiteral("autoKeyframeMode");
+const QString s_strHasCustomLoaderKey = QStringLiteral("hasCustomLoader");
+const QString s_strLoaderTypeKey = QStringLiteral("loaderType");
+const QString s_strLoadingIndicatorKey = QStringLiteral("defaultLoadingIndicatorProps");
+// Spelled so in every project file ever written.
+const QString s_strEmbedSystemFontKey = QStringLiteral("embedSytemFont");
+const QString s_strResFolderKey = QStringLiteral("resFolderHtml5Output");
+const QString s_strPreResFolderKey = QStringLiteral("preResFolderHtml5Output");
+const QString s_strViewportWKey = QStringLiteral("viewportWMeta");
+const QString s_strViewportHKey = QStringLiteral("viewportHMeta");
+const QString s_strContainerIdKey = QStringLiteral("containerID");
+const QString s_strHtmlOutputKey = QStringLiteral("htmlOutput");
+const QString s_strCssDocKey = QStringLiteral("cssDoc");
+const QString s_strInitResponsiveKey = QStringLiteral("initResponsive");
+
+const QString s_strNewResFolder = QStringLiteral("resources");
+const QString s_strNewPreResFolder = QStringLiteral("preloader_resources");
+
+// The first format that knows the output folders, viewport values and container id.
+constexpr int s_nFirstFormatWithOutputKeys = 2;
+// Versions up to this one open without a question.
+constexpr int s_nNewestReadableVersion = 3;
+
+} // namespace
+
+VTDocument::VTDocument(QObject* parent)
+    : IDocument(parent)
+    , m_pFileLocker(new VTFileLocker(this))
+    , m_joDefaultLoadingIndicatorProps(getNewLoadingIndicatorProps())
+    , m_strResFolderHtml5Output(s_strNewResFolder)
+    , m_strPreResFolderHtml5Output(s_strNewPreResFolder)
+    , m_strContainerID(IUtils::genContainerId())
+{
+    connect(this, &IDocument::aboutToClose, this, &VTDocument::onCleanup);
+}
+
+VTDocument::~VTDocument()
+{
+    VTLocationManager::getInstance()->clearHistoryLocation(this);
+}
+
+bool VTDocument::addFileHistory(const QString& fileName, bool bInResourceFolder)
+{
+    const QString entry =
+        bInResourceFolder ? getResourceFolderName() + QLatin1Char('/') + fileName : fileName;
+    return m_fileHistory.add(entry);
+}
+
+bool VTDocument::removeFileHistory(const QString& fileName, bool bInResourceFolder)
+{
+    const QString entry =
+        bInResourceFolder ? getResourceFolderName() + QLatin1Char('/') + fileName : fileName;
+    return m_fileHistory.remove(entry);
+}
+
+void VTDocument::setAutoKeyframeMode(bool bOn)
+{
+    if (m_bAutoKeyframeMode == bOn)
+        return;
+    m_bAutoKeyframeMode = bOn;
+    emit changeAutoKeyframeMode(bOn);
+}
+
+QJsonObject VTDocument::getNewLoadingIndicatorProps()
+{
+    return {{QStringLiteral("diameter"), 60},
+            {QStringLiteral("density"), 9},
+            {QStringLiteral("range"), 1.0},
+            {QStringLiteral("speed"), 1},
+            {QStringLiteral("color"), static_cast<double>(QColor(0x20, 0x90, 0xe6).rgb())},
+            {QStringLiteral("shape"), 0}};
+}
+
+QString VTDocument::getViewportValueText(int nValue)
+{
+    switch (nValue) {
+    case ViewportDeviceHeight:
+        return QStringLiteral("device-height");
+    case ViewportDeviceWidth:
+        return QStringLiteral("device-width");
+    case ViewportNone:
+        return {};
+    default:
+        return QString::number(nValue);
+    }
+}
+
+QString VTDocument::getViewportWidthTag() const
+{
+    const QString value = getViewportValueText(m_nViewportWMeta);
+    return value.isEmpty() ? QString() : QStringLiteral("width=%1, ").arg(value);
+}
+
+QString VTDocument::getViewportHeightTag() const
+{
+    const QString value = getViewportValueText(m_nViewportHMeta);
+    return value.isEmpty() ? QString() : QStringLiteral("height=%1, ").arg(value);
+}
+
+QString VTDocument::getContainerID() const
+{
+    if (m_strContainerID.isEmpty())
+        m_strContainerID = IUtils::genContainerId();
+    return m_strContainerID;
+}
+
+void VTDocument::setStatus(const QString& text)
+{
+    m_strStatus = text;
+    emit statusChanged(text);
+}
+
+VTSymbol* VTDocument::getCurrentSymbol()
+{
+    return m_lstEditingSymbols.isEmpty() ? static_cast<VTSymbol*>(this) : m_lstEditingSymbols.last();
+}
+
+const VTSymbol* VTDocument::getCurrentSymbol() const
+{
+    return m_lstEditingSymbols.isEmpty() ? static_cast<const VTSymbol*>(this) : m_lstEditingSymbols.last();
+}
+
+void VTDocument::setCurrentSymbol(VTSymbol* pSymbol)
+{
+    if (!pSymbol || pSymbol == static_cast<VTSymbol*>(this)) {
+        m_lstEditingSymbols.clear();
+        return;
+    }
+    const int nIndex = m_lstEditingSymbols.indexOf(pSymbol);
+    if (nIndex >= 0)
+        m_lstEditingSymbols.erase(m_lstEditingSymbols.begin() + nIndex + 1, m_lstEditingSymbols.end());
+    else
+        m_lstEditingSymbols.append(pSymbol);
+}
+
+bool VTDocument::checkFormatBeforeSaving()
+{
+    if (m_nDocVersion == s_nCurrentDocVersion)
+        return true;
+    const auto answer = IMessageBox::instance()->question(
+        IUtils::getApplicationName(),
+        tr("The project will be saved in the file format that can only be opened by %1 %2 or later.\n"
+           "Do you want to continue?")
+            .arg(IUtils::getApplicationName(), QStringLiteral("2.5.0")),
+        IMessageBox::Yes | IMessageBox::No, IMessageBox::No);
+    return answer == IMessageBox::Yes;
+}
+
+QStringList VTDocument::getDocumentKeys()
+{
+    return {s_strDocVersionKey,   s_strAutoplayKey,         s_strAutoKeyframeModeKey, s_strHasCustomLoaderKey,
+            s_strLoaderTypeKey,   s_strLoadingIndicatorKey, s_strEmbedSystemFontKey,  s_strResFolderKey,
+            s_strPreResFolderKey, s_strViewportWKey,        s_strViewportHKey,        s_strContainerIdKey,
+            s_strHtmlOutputKey,   s_strCssDocKey,           s_strInitResponsiveKey};
+}
+
+void VTDocument::resetToFileDefaults()
+{
+    m_nDocVersion = -1;
+    m_bAutoplay = false;
+    m_bAutoKeyframeMode = false;
+    m_bHasCustomLoader = false;
+    m_nLoaderType = 0;
+    m_joDefaultLoadingIndicatorProps = QJsonObject();
+    m_bEmbedSystemFont = false;
+    m_strResFolderHtml5Output.clear();
+    m_strPreResFolderHtml5Output.clear();
+    m_nViewportWMeta = 0;
+    m_nViewportHMeta = 0;
+    m_strContainerID.clear();
+    m_strHtmlOutput.clear();
+    m_strCssDoc.clear();
+    m_bInitResponsive = false;
+    m_joPreservedTop = QJsonObject();
+    m_fileHistory.clear();
+    m_lstEditingSymbols.clear();
+}
+
+void VTDocument::resetOutputToNewDefaults()
+{
+    m_strResFolderHtml5Output = s_strNewResFolder;
+    m_strPreResFolderHtml5Output = s_strNewPreResFolder;
+    m_nViewportWMeta = ViewportNone;
+    m_nViewportHMeta = ViewportNone;
+    m_strContainerID = IUtils::genContainerId();
+    m_strHtmlOutput.clear();
+    m_strCssDoc.clear();
+}
+
+bool VTDocument::loadData(const QJsonObject& object)
+{
+    clearLoadProblems();
+    const QJsonValue appName = object.value(s_strAppNameKey);
+    if (!appName.isString() || appName.toString() != IUtils::getApplicationName()) {
+        warn(tr("Not a valid %1 project.").arg(IUtils::getApplicationName()));
+        return false;
+    }
+    const QJsonValue documentValue = object.value(s_strDocumentKey);
+    if (!documentValue.isObject()) {
+        VTJsonReader(object, QString(), getLoadProblemList())
+            .report(tr("\"document\" should be an object but is %1.")
+                        .arg(VTJsonReader::describeType(documentValue)));
+        warn(tr("The project file format is invalid."));
+        return false;
+    }
+    const QJsonObject document = documentValue.toObject();
+
+    resetToFileDefaults();
+    if (!readDocVersion(document))
+        return false;
+    readLocations(object);
+    if (!VTSymbol::loadData(document))
+        return false;
+    dropPreservedKeys(getDocumentKeys());
+    readDocumentKeys(document, m_nDocVersion < s_nFirstFormatWithOutputKeys);
+
+    m_joPreservedTop = object;
+    for (const QString& key : {s_strAppNameKey, s_strDocumentKey, s_strLocationsKey})
+        m_joPreservedTop.remove(key);
+    return true;
+}
+
+bool VTDocument::readDocVersion(const QJsonObject& document)
+{
+    const QJsonValue value = document.value(s_strDocVersionKey);
+    int nVersion = -1;
+    if (VTJsonReader::isInt(value)) {
+        nVersion = static_cast<int>(value.toDouble());
+    } else if (value.isString() && value.toString() == QLatin1String("1.0")) {
+        // The first releases wrote the version as text.
+        nVersion = 1;
+    } else if (!value.isUndefined()) {
+        VTJsonReader(document, QString(), getLoadProblemList())
+            .report(tr("\"docVersion\" should be a whole number but is %1; the version is unknown.")
+                        .arg(VTJsonReader::describeType(value)));
+    }
+    if (nVersion == -1 || nVersion > s_nNewestReadableVersion) {
+        const auto answer = IMessageBox::instance()->question(
+            IUtils::getApplicationName(),
+            tr("The project is incompatible with current application version.\n"
+               "Do you want to open anyway (some information may be lost)?"),
+            IMessageBox::Ok | IMessageBox::Cancel);
+        if (answer != IMessageBox::Ok)
+            return false;
+    }
+    m_nDocVersion = nVersion;
+    return true;
+}
+
+void VTDocument::readLocations(const QJsonObject& object)
+{
+    VTLocationManager* pLocations = VTLocationManager::getInstance();
+    pLocations->clearHistoryLocation(this);
+    const QJsonValue value = object.value(s_strLocationsKey);
+    if (value.isUndefined())
+        return;
+    const VTJsonReader topReader(object, QString(), getLoadProblemList());
+    if (!value.isObject()) {
+        topReader.reportDropped(s_strLocationsKey, VTJsonReader::tr("an object"));
+        return;
+    }
+    const QJsonObject locations = value.toObject();
+    const VTJsonReader reader(locations, s_strLocationsKey, getLoadProblemList());
+    for (int nId = VTLocationManager::s_nFirstDocumentLocation;
+         nId <= VTLocationManager::s_nLastDocumentLocation; ++nId) {
+        const QString key = QString::number(nId);
+        const QJsonValue path = locations.value(key);
+        if (path.isString())
+            pLocations->setHistoryLocation(this, static_cast<VTLocationManager::DocumentLocationId>(nId),
+                                           path.toString());
+        else if (!path.isUndefined())
+            reader.reportDropped(key, VTJsonReader::tr("a text"));
+    }
+    for (auto it = locations.constBegin(); it != locations.constEnd(); ++it) {
+        bool bOk = false;
+        const int nId = it.key().toInt(&bOk);
+        if (!bOk || nId < VTLocationManager::s_nFirstDocumentLocation ||
+            nId > VTLocationManager::s_nLastDocumentLocation)
+            reader.report(tr("\"%1\" is no known folder; it is left out.").arg(it.key()));
+    }
+}
+
+void VTDocument::readDocumentKeys(const QJsonObject& document, bool bOldFormat)
+{
+    const VTJsonReader reader(document, QString(), getLoadProblemList());
+    m_bHasCustomLoader = reader.readBool(s_strHasCustomLoaderKey, false);
+    m_bAutoKeyframeMode = reader.readBool(s_strAutoKeyframeModeKey, false);
+    m_bAutoplay = reader.readBool(s_strAutoplayKey, false);
+    m_bEmbedSystemFont = reader.readBool(s_strEmbedSystemFontKey, false);
+    m_bInitResponsive = reader.readBool(s_strInitResponsiveKey, false);
+    if (bOldFormat) {
+        resetOutputToNewDefaults();
+    } else {
+        m_strResFolderHtml5Output = reader.readString(s_strResFolderKey);
+        m_strPreResFolderHtml5Output = reader.readString(s_strPreResFolderKey);
+        m_nViewportWMeta = reader.readInt(s_strViewportWKey, 0);
+        m_nViewportHMeta = reader.readInt(s_strViewportHKey, 0);
+        m_strContainerID = reader.readString(s_strContainerIdKey);
+        m_strHtmlOutput = reader.readString(s_strHtmlOutputKey);
+        m_strCssDoc = reader.readString(s_strCssDocKey);
+    }
+    m_nLoaderType = reader.readInt(s_strLoaderTypeKey, 0);
+    m_joDefaultLoadingIndicatorProps = reader.readObject(s_strLoadingIndicatorKey);
+}
+
+bool VTDocument::saveData(QJsonObject& object) const
+{
+    QJsonObject document;
+    if (!VTSymbol::saveData(document))
+        return false;
+    document.insert(s_strDocVersionKey, s_nCurrentDocVersion);
+    document.insert(s_strAutoplayKey, m_bAutoplay);
+    document.insert(s_strAutoKeyframeModeKey, m_bAutoKeyframeMode);
+    document.insert(s_strHasCustomLoaderKey, m_bHasCustomLoader);
+    document.insert(s_strLoaderTypeKey, m_nLoaderType);
+    document.insert(s_strLoadingIndicatorKey, m_joDefaultLoadingIndicatorProps);
+    document.insert(s_strEmbedSystemFontKey, m_bEmbedSystemFont);
+    document.insert(s_strResFolderKey, m_strResFolderHtml5Output);
+    document.insert(s_strPreResFolderKey, m_strPreResFolderHtml5Output);
+    document.insert(s_strViewportWKey, m_nViewportWMeta);
+    document.insert(s_strViewportHKey, m_nViewportHMeta);
+    document.insert(s_strContainerIdKey, getContainerID());
+    document.insert(s_strHtmlOutputKey, m_strHtmlOutput);
+    document.insert(s_strCssDocKey, m_strCssDoc);
+    document.insert(s_strInitResponsiveKey, m_bInitResponsive);
+
+    for (auto it = m_joPreservedTop.constBegin(); it != m_joPreservedTop.constEnd(); ++it)
+        object.insert(it.key(), it.value());
+    object.insert(s_strAppNameKey, IUtils::getApplicationName());
+    object.insert(s_strDocumentKey, document);
+    QJsonObject locations;
+    const QMap<int, QString> history = VTLocationManager::getInstance()->getDocumentHistory(this);
+    for (int nId = VTLocationManager::s_nFirstDocumentLocation;
+         nId <= VTLocationManager::s_nLastDocumentLocation; ++nId)
+        locations.insert(QString::number(nId), history.value(nId));
+    object.insert(s_strLocationsKey, locations);
+    return true;
+}
+
+void VTDocument::submitCommand(QUndoCommand* pCommand)
+{
+    submitCommand(pCommand, false);
+}
+
+void VTDocument::submitCommand(QUndoCommand* pCommand, bool bDirect)
+{
+    // Commands from the stage page wait for the text validator once it exists; until then every
+    // command is ready as it comes.
+    Q_UNUSED(bDirect)
+    m_pCurrentCommand = pCommand;
+    if (!pCommand)
+        return;
+    prepareCommand(pCommand);
+    if (getUndoStack()->isClean())
+        setStatus(QString());
+    getUndoStack()->push(pCommand);
+}
+
+bool VTDocument::openTempDocument(int nWidth, int nHeight, int nSceneCount, bool bResponsive)
+{
+    if (getFileName().isEmpty()) {
+        warn(tr("Could not create folder to store project files."));
+        return false;
+    }
+    setFileName(QFileInfo(getFileName()).absoluteFilePath());
+    if (!QDir().mkpath(getResourceFolderPath())) {
+        warn(tr("Could not create folder to store project files."));
+        return false;
+    }
+    if (bResponsive) {
+        m_lstInitialHBreakpoints = DocumentManager::getHBreakpoints();
+        m_lstInitialVBreakpoints = DocumentManager::getVBreakpoints();
+    } else {
+        m_lstInitialHBreakpoints.clear();
+        m_lstInitialVBreakpoints.clear();
+        m_nViewportWMeta = ViewportNone;
+        m_nViewportHMeta = ViewportNone;
+    }
+    setWidth(nWidth);
+    setHeight(nHeight);
+    m_nRequestedSceneCount = qMax(0, nSceneCount);
+    m_bInitResponsive = bResponsive;
+    setStatus(tr("Ready"));
+    return true;
+}
+
+bool VTDocument::open()
+{
+    QString filePath = getFileName();
+    const QFileInfo info(filePath);
+    if (info.suffix().compare(getPackageSuffix(), Qt::CaseInsensitive) == 0) {
+        QString projectPath;
+        const QString location =
+            VTLocationManager::getInstance()->getHistoryLocation(VTLocationManager::NewProject);
+        if (!IProjectDialogs::instance()->askProjectLocation(tr("Import Project"), info.completeBaseName(),
+                                                             location, &projectPath) ||
+            projectPath.isEmpty())
+            return false;
+        if (!extractPackage(filePath, QFileInfo(projectPath).absolutePath()))
+            return false;
+        filePath = projectPath;
+    }
+    if (!checkBackupBeforeOpen(filePath))
+        return false;
+
+    QFile file(filePath);
+    if (!file.exists()) {
+        warn(tr("File doesn't exist.") + QLatin1Char('\n') + QDir::toNativeSeparators(filePath));
+        return false;
+    }
+    if (!file.open(QIODevice::ReadOnly)) {
+        warn(tr("Unable to read project data."));
+        return false;
+    }
+    const QByteArray data = file.readAll();
+    file.close();
+    QJsonParseError error;
+    const QJsonDocument json = QJsonDocument::fromJson(data, &error);
+    if (error.error != QJsonParseError::NoError || !json.isObject()) {
+        clearLoadProblems();
+        const QString problem =
+            error.error != QJsonParseError::NoError
+                ? tr("JSON error at byte %1: %2").arg(error.offset).arg(error.errorString())
+                : tr("The file holds no JSON object.");
+        qWarning().noquote() << problem;
+        addLoadProblem(problem);
+        warn(tr("The project file format is invalid."));
+        return false;
+    }
+    if (!loadData(json.object()))
+        return false;
+    setFileName(QFileInfo(filePath).absoluteFilePath());
+    regApplicationFont();
+    m_pFileLocker->lock(getFileName());
+    return true;
+}
+
+bool VTDocument::close()
+{
+    pause();
+    if (!confirmCloseOfBackup())
+        return false;
+    if (!closePreloader())
+        return false;
+    return IDocument::close();
+}
+
+bool VTDocument::saveBackup()
+{
+    // Backups are written once the backup format exists; nothing is written before.
+    return false;
+}
+
+bool VTDocument::extractPackage(const QString& packagePath, const QString& folder)
+{
+    Q_UNUSED(folder)
+    warn(tr("Package files are not supported yet.") + QLatin1Char('\n') +
+         QDir::toNativeSeparators(packagePath));
+    return false;
+}
+
+bool VTDocument::saveToPackage(const QString& packagePath)
+{
+    warn(tr("Package files are not supported yet.") + QLatin1Char('\n') +
+         QDir::toNativeSeparators(packagePath));
+    return false;
+}
+
+bool VTDocument::pause()
+{
+    // No timeline can run before timelines are modelled.
+    return false;
+}
+
+bool VTDocument::play()
+{
+    return false;
+}
+
+bool VTDocument::serialize(QByteArray* pData)
+{
+    QJsonObject root;
+    if (!saveData(root))
+        return false;
+    *pData = QJsonDocument(root).toJson(QJsonDocument::Compact);
+    return true;
+}
+
+bool VTDocument::writeProjectFile(const QString& filePath, const QByteArray& data)
+{
+    // The new content goes to a temporary file beside the project and replaces it by a rename, so
+    // a failure at any point leaves the last saved file as it was.
+    QSaveFile file(filePath);
+    if (!file.open(QIODevice::WriteOnly)) {
+        warn(tr("Cannot write project data."));
+        return false;
+    }
+    if (file.write(data) != data.size()) {
+        file.cancelWriting();
+        warn(tr("Error when saving document information."));
+        return false;
+    }
+    // The held handle would keep the replaced file alive, and blocks the rename on some systems.
+    const bool bWasLocked = m_pFileLocker->unlock(filePath);
+    const bool bCommitted = file.commit();
+    if (bCommitted || bWasLocked)
+        m_pFileLocker->lock(filePath);
+    if (!bCommitted) {
+        warn(tr("Cannot write project data."));
+        return false;
+    }
+    return true;
+}
+
+void VTDocument::finishSave(const QString& filePath)
+{
+    setFileName(filePath);
+    setTempDocument(false);
+    m_nDocVersion = s_nCurrentDocVersion;
+    getUndoStack()->setClean();
+    emit changesSaved();
+}
+
+bool VTDocument::save()
+{
+    pause();
+    if (!checkFormatBeforeSaving())
+        return false;
+    QByteArray data;
+    if (!serialize(&data)) {
+        warn(tr("Cannot save project data."));
+        return false;
+    }
+    const QString filePath = getFileName();
+    if (!writeProjectFile(filePath, data))
+        return false;
+    if (!saveAllSymbolsState()) {
+        warn(tr("Cannot save project. Some symbols cannot be saved."));
+        return false;
+    }
+    const QString backupPath = getBackupFilePath();
+    if (QFile::exists(backupPath)) {
+        m_pFileLocker->unlock(backupPath);
+        QFile::remove(backupPath);
+        removeFileHistory(QFileInfo(backupPath).fileName(), false);
+    }
+    if (isOpenAsBackup()) {
+        setOpenAsBackup(false);
+        const QString oldPath = filePath + QStringLiteral(".old");
+        m_pFileLocker->unlock(oldPath);
+        QFile::remove(oldPath);
+        if (getUndoStack()->isClean())
+            emit titleChanged();
+    }
+    finishSave(filePath);
+    return true;
+}
+
+bool VTDocument::save(const QString& filePath)
+{
+    const QFileInfo target(filePath);
+    const QString suffix = target.suffix().toLower();
+    if (suffix == getPackageSuffix())
+        return saveToPackage(filePath);
+    if (suffix != getProjectSuffix())
+        return false;
+    const QString currentPath = QFileInfo(getFileName()).canonicalFilePath();
+    if (!currentPath.isEmpty() && target.canonicalFilePath() == currentPath)
+        return save();
+
+    const QDir targetFolder(target.absolutePath());
+    if (!targetFolder.exists()) {
+        warn(tr("The destination directory is invalid."));
+        return false;
+    }
+    const QString targetPath = target.absoluteFilePath();
+    const QString targetName = target.completeBaseName();
+    if (target.exists()) {
+        const auto answer = IMessageBox::instance()->question(
+            IUtils::getApplicationName(),
+            tr("The selected folder has an existing project.\nDo you want to overwrite?"),
+            IMessageBox::Yes | IMessageBox::No);
+        if (answer != IMessageBox::Yes)
+            return false;
+        if (DocumentManager::findDocumentByPath(targetPath)) {
+            warn(tr("Cannot overwrite an opening project!"));
+            return false;
+        }
+    }
+    // A backup of the project being replaced must not be offered as recovery of this one. The
+    // project file itself is replaced only once the new one is complete.
+    QFile::remove(targetFolder.filePath(targetName + QLatin1Char('.') + getBackupSuffix()));
+
+    pause();
+    if (!checkFormatBeforeSaving())
+        return false;
+    QByteArray data;
+    if (!serialize(&data)) {
+        warn(tr("Cannot save project data."));
+        return false;
+    }
+    if (!saveAllSymbolsState()) {
+        warn(tr("Cannot save project. Some symbols cannot be saved."));
+        return false;
+    }
+
+    const bool bWasTemp = isTempDocument();
+    const int nOldVersion = m_nDocVersion;
+    const QString oldFilePath = getFileName();
+    const QString oldResourceFolder = getResourceFolderPath();
+    const QString newResourceFolderName = targetName + QStringLiteral("_res");
+    const QStringList referenced = getAbsTempFilenames(true, false);
+    for (const QString& generated : {QStringLiteral("vtplayer.js"), getHTML5EntryFileName(),
+                                     getHTML5DataFileName(), getHTML5CSSFileName()})
+        removeFileHistory(generated, true);
+
+    QStringList newHistory;
+    QList<QPair<QString, QString>> copies;
+    if (!targetFolder.mkpath(newResourceFolderName) ||
+        !m_fileHistory.copyTo(getLocation(), getResourceFolderName(), targetFolder.path(),
+                              newResourceFolderName, &newHistory, &copies)) {
+        warn(tr("Error when saving resource file."));
+        return false;
+    }
+    if (!savePreloaderTo(oldResourceFolder, targetFolder.filePath(newResourceFolderName))) {
+        warn(tr("Cannot save custom preloader."));
+        return false;
+    }
+    if (!writeProjectFile(targetPath, data)) {
+        m_pFileLocker->unlock(targetPath);
+        return false;
+    }
+
+    // The new project is complete on disk; from here on the document belongs to it.
+    adoptCopiedFiles(copies, referenced, bWasTemp, nOldVersion);
+    m_fileHistory.setEntries(newHistory);
+    m_pFileLocker->unlock(oldFilePath);
+    // The old project's backup held the changes that are saved now.
+    QFile::remove(getBackupFilePath());
+    if (bWasTemp) {
+        QFile::remove(oldFilePath);
+        IUtils::removeDir(oldResourceFolder);
+    }
+    setOpenAsBackup(false);
+    finishSave(targetPath);
+    emit titleChanged();
+    emit locationChanged();
+    return true;
+}
+
+void VTDocument::adoptCopiedFiles(const QList<QPair<QString, QString>>& copies, const QStringList& referenced,
+                                  bool bWasTemp, int nOldVersion)
+{
+    for (const auto& copy : copies) {
+        m_pFileLocker->lock(copy.second);
+        m_pFileLocker->unlock(copy.first);
+        const bool bReferenced = referenced.contains(copy.first);
+        const bool bMigrated = nOldVersion < s_nFirstFormatWithOutputKeys && isTempResource(copy.first);
+        if (bWasTemp || !bReferenced || bMigrated)
+            QFile::remove(copy.first);
+    }
+}
+
+bool VTDocument::saveAs()
+{
+    pause();
+    QString filePath;
+    const QString location =
+        VTLocationManager::getInstance()->getHistoryLocation(VTLocationManager::NewProject);
+    if (!IProjectDialogs::instance()->askProjectLocation(tr("Save As"), getName(), location, &filePath) ||
+        filePath.isEmpty())
+        return false;
+    const QString oldResourceFolder = getResourceFolderPath();
+    if (!save(filePath))
+        return false;
+    onResourceFolderMoved(oldResourceFolder, getResourceFolderPath());
+    VTLocationManager::getInstance()->clearHistoryLocation(this);
+    return true;
+}
+
+bool VTDocument::cleanTempDir()
+{
+    if (getFileName().isEmpty())
+        return false;
+    m_pFileLocker->unlockAll();
+    bool bRemoved = !QFile::exists(getFileName()) || QFile::remove(getFileName());
+    bRemoved = IUtils::removeDir(getResourceFolderPath()) && bRemoved;
+    return bRemoved;
+}
+
+void VTDocument::onCleanup()
+{
+    if (getFileName().isEmpty())
+        return;
+    removeApplicationFonts();
+    const bool bTemp = isTempDocument();
+    const QStringList referenced = getAbsTempFilenames(getUndoStack()->isClean(), false);
+    const QStringList files = m_fileHistory.getAbsolutePaths(getLocation());
+    for (const QString& filePath : files) {
+        m_pFileLocker->unlock(filePath);
+        const bool bReferenced = referenced.contains(filePath);
+        const bool bMigrated = m_nDocVersion <= 1 && isTempResource(filePath);
+        if ((bTemp || !bReferenced || bMigrated) && QFileInfo(filePath).isFile())
+            QFile::remove(filePath);
+    }
+    cleanOldResources();
+    m_pFileLocker->unlock(getFileName());
+    if (bTemp)
+        QFile::remove(getFileName());
+    m_pFileLocker->unlockAll();
+    getUndoStack()->setClean();
+}
+
+bool VTDocument::savePreloaderTo(const QString& oldResourceFolder, const QString& newResourceFolder)
+{
+    // Until the preloader is modelled its folder is carried over as it is.
+    const QString source = QDir(oldResourceFolder).filePath(QStringLiteral("preloader"));
+    if (!QFileInfo(source).isDir())
+        return true;
+    return IUtils::copyDir(source, QDir(newResourceFolder).filePath(QStringLiteral("preloader")));
+}
+
+QStringList VTDocument::getAbsTempFilenames(bool, bool) const
+{
+    // Without a resource model nothing tells which files are still used, so all of them are.
+    return m_fileHistory.getAbsolutePaths(getLocation());
+}
+
+void VTDocument::warn(const QString& text) const
+{
+    IMessageBox::instance()->warning(IUtils::getApplicationName(), text, IMessageBox::Ok);
+}

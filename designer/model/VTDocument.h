@@ -1,0 +1,240 @@
+#pragma once
+
+#include "DocumentManager.h"
+#include "IDocument.h"
+#include "VTFileHistory.h"
+#include "VTProjectPaths.h"
+#include "VTSymbol.h"
+
+#include <QJsonObject>
+#include <QList>
+#include <QPair>
+#include <QStringList>
+
+class QUndoCommand;
+class VTFileLocker;
+
+// One open project: folder N with the project file N.vetra and the resource folder N_res.
+//
+// Parts of the project that later subsystems model (backups, resources, fonts, the preloader,
+// timelines) are reached through the protected hooks below. Until those exist the hooks keep
+// every file: in particular every file of the file history counts as still referenced, so no
+// save or clean-up removes a resource of a project that is not temporary.
+class VTDocument : public IDocument, public VTSymbol
+{
+    Q_OBJECT
+public:
+    enum ViewportValue
+    {
+        ViewportDeviceHeight = -1,
+        ViewportDeviceWidth = -2,
+        ViewportNone = -3,
+    };
+    Q_ENUM(ViewportValue)
+
+    static constexpr int s_nCurrentDocVersion = 3;
+
+    explicit VTDocument(QObject* parent = nullptr);
+    ~VTDocument() override;
+
+    static QString getProjectSuffix() { return VTProjectPaths::getProjectSuffix(); }
+    static QString getBackupSuffix() { return VTProjectPaths::getBackupSuffix(); }
+    static QString getPackageSuffix() { return VTProjectPaths::getPackageSuffix(); }
+
+    // Names derived from the project file N.vetra.
+    QString getName() const { return getPaths().getName(); }
+    QString getLocation() const { return getPaths().getLocation(); }
+    QString getResourceFolderName() const { return getPaths().getResourceFolderName(); }
+    QString getResourceFolderPath() const { return getPaths().getResourceFolderPath(); }
+    QString getBackupFilePath() const { return getPaths().getBackupFilePath(); }
+    QString getHTML5EntryFileName() const { return getPaths().getHTML5EntryFileName(); }
+    QString getHTML5DataFileName() const { return getPaths().getHTML5DataFileName(); }
+    QString getHTML5CSSFileName() const { return getPaths().getHTML5CSSFileName(); }
+    static QString getPath4Export(const QString& path) { return VTProjectPaths::getPath4Export(path); }
+    VTProjectPaths getPaths() const { return VTProjectPaths(getFileName()); }
+
+    // Files in the project folder that the project wrote or adopted, relative to the folder;
+    // resource files carry the prefix "N_res/". What is listed here is what closing may remove.
+    QStringList getFileHistory() const { return m_fileHistory.getEntries(); }
+    bool addFileHistory(const QString& fileName, bool bInResourceFolder);
+    bool removeFileHistory(const QString& fileName, bool bInResourceFolder);
+    const VTFileLocker* getFileLocker() const { return m_pFileLocker; }
+
+    int getDocVersion() const { return m_nDocVersion; }
+    void setDocVersion(int nVersion) { m_nDocVersion = nVersion; }
+    bool isAutoplay() const { return m_bAutoplay; }
+    void setAutoplay(bool bAutoplay) { m_bAutoplay = bAutoplay; }
+    bool isAutoKeyframeMode() const { return m_bAutoKeyframeMode; }
+    void setAutoKeyframeMode(bool bOn);
+    bool hasCustomLoader() const { return m_bHasCustomLoader; }
+    void setHasCustomLoader(bool bHas) { m_bHasCustomLoader = bHas; }
+    int getLoaderType() const { return m_nLoaderType; }
+    void setLoaderType(int nType) { m_nLoaderType = nType; }
+    // Kept as JSON until the preloader models it.
+    QJsonObject getDefaultLoadingIndicatorProps() const { return m_joDefaultLoadingIndicatorProps; }
+    void setDefaultLoadingIndicatorProps(const QJsonObject& props)
+    {
+        m_joDefaultLoadingIndicatorProps = props;
+    }
+    static QJsonObject getNewLoadingIndicatorProps();
+    bool isEmbedSystemFont() const { return m_bEmbedSystemFont; }
+    void setEmbedSystemFont(bool bEmbed) { m_bEmbedSystemFont = bEmbed; }
+    QString getResFolderHTML5Output() const { return m_strResFolderHtml5Output; }
+    void setResFolderHTML5Output(const QString& name) { m_strResFolderHtml5Output = name; }
+    QString getPreloaderResFolderHTML5Output() const { return m_strPreResFolderHtml5Output; }
+    void setPreloaderResFolderHTML5Output(const QString& name) { m_strPreResFolderHtml5Output = name; }
+    int getViewportWMeta() const { return m_nViewportWMeta; }
+    void setViewportWMeta(int nValue) { m_nViewportWMeta = nValue; }
+    int getViewportHMeta() const { return m_nViewportHMeta; }
+    void setViewportHMeta(int nValue) { m_nViewportHMeta = nValue; }
+    // "width=%1, " and "height=%1, " for the viewport meta tag; empty for ViewportNone.
+    QString getViewportWidthTag() const;
+    QString getViewportHeightTag() const;
+    static QString getViewportValueText(int nValue);
+    // Made on first use when the project has none.
+    QString getContainerID() const;
+    void setContainerID(const QString& id) { m_strContainerID = id; }
+    QString getHtmlOutput() const { return m_strHtmlOutput; }
+    void setHtmlOutput(const QString& html) { m_strHtmlOutput = html; }
+    QString getCssDoc() const { return m_strCssDoc; }
+    void setCssDoc(const QString& css) { m_strCssDoc = css; }
+    bool isInitResponsive() const { return m_bInitResponsive; }
+    void setInitResponsive(bool bResponsive) { m_bInitResponsive = bResponsive; }
+
+    // What openTempDocument was asked for and the scene model will build from.
+    int getRequestedSceneCount() const { return m_nRequestedSceneCount; }
+    BreakpointList getInitialHBreakpoints() const { return m_lstInitialHBreakpoints; }
+    BreakpointList getInitialVBreakpoints() const { return m_lstInitialVBreakpoints; }
+
+    QString getStatus() const { return m_strStatus; }
+    void setStatus(const QString& text);
+    // The command being submitted last; owned by the undo stack.
+    QUndoCommand* getCurrentCommand() const { return m_pCurrentCommand; }
+
+    // The symbol being edited: the top of the editing stack, or the project itself.
+    VTSymbol* getCurrentSymbol();
+    const VTSymbol* getCurrentSymbol() const;
+    // The project clears the stack, a symbol on the stack pops those above it, any other is pushed.
+    void setCurrentSymbol(VTSymbol* pSymbol);
+    QList<VTSymbol*> getEditingSymbolStack() const { return m_lstEditingSymbols; }
+    void setEditingSymbolStack(const QList<VTSymbol*>& stack) { m_lstEditingSymbols = stack; }
+
+    virtual bool isPreloader() const { return false; }
+    // Asks before a project of another format version is written in the current one.
+    bool checkFormatBeforeSaving();
+
+    // The whole project file: `appName`, `document`, `locations`.
+    bool loadData(const QJsonObject& object) override;
+    bool saveData(QJsonObject& object) const override;
+
+    // The keys of `document` that the project itself owns, beside those of VTSymbol.
+    static QStringList getDocumentKeys();
+
+public slots:
+    void submitCommand(QUndoCommand* pCommand) override;
+    virtual void submitCommand(QUndoCommand* pCommand, bool bDirect);
+    bool openTempDocument(int nWidth, int nHeight, int nSceneCount, bool bResponsive) override;
+    bool open() override;
+    bool close() override;
+    bool save() override;
+    bool save(const QString& filePath) override;
+    bool saveAs() override;
+    bool revert() override { return true; }
+    bool saveBackup() override;
+    bool cleanTempDir() override;
+    virtual bool extractPackage(const QString& packagePath, const QString& folder);
+    virtual bool saveToPackage(const QString& packagePath);
+    virtual bool pause();
+    virtual bool play();
+    void onCleanup();
+
+signals:
+    void locationChanged();
+    void changeAutoKeyframeMode(bool bOn);
+    void changesSaved();
+
+protected:
+    // Hooks of the subsystems still to come, each with the behaviour that keeps data safe now.
+
+    // Backup check before opening (offers recovery later); true lets the open go on.
+    virtual bool checkBackupBeforeOpen(const QString& filePath)
+    {
+        Q_UNUSED(filePath)
+        return true;
+    }
+    // The open-as-backup question when closing; true lets the close go on.
+    virtual bool confirmCloseOfBackup() { return true; }
+    // Closes a loaded custom preloader; true when there is none or it closed.
+    virtual bool closePreloader() { return true; }
+    // Saves a loaded custom preloader into <resourceFolder>/preloader. Until the preloader is
+    // modelled, its folder is copied as it is so a save under a new name keeps it.
+    virtual bool savePreloaderTo(const QString& oldResourceFolder, const QString& newResourceFolder);
+    // Font resources register with the application font database once they are modelled.
+    virtual void regApplicationFont() {}
+    virtual void removeApplicationFonts() {}
+    // Absolute paths of the files the project still references. Until resources are modelled,
+    // every file of the history.
+    virtual QStringList getAbsTempFilenames(bool bSkipDeleted, bool bSaveSymbols) const;
+    // Symbols write their data files once they are modelled; there is none before.
+    virtual bool saveAllSymbolsState() { return true; }
+    virtual void cleanOldResources() {}
+    // Files left by the migration of an old resource layout; none until resources are modelled.
+    virtual bool isTempResource(const QString& filePath) const
+    {
+        Q_UNUSED(filePath)
+        return false;
+    }
+    // The preview server serves the resource folder; it follows a save under a new name.
+    virtual void onResourceFolderMoved(const QString& oldFolder, const QString& newFolder)
+    {
+        Q_UNUSED(oldFolder)
+        Q_UNUSED(newFolder)
+    }
+    // Last preparation of a command before it is pushed (navigation context later).
+    virtual void prepareCommand(QUndoCommand* pCommand) { Q_UNUSED(pCommand) }
+
+private:
+    void resetToFileDefaults();
+    void resetOutputToNewDefaults();
+    void readDocumentKeys(const QJsonObject& document, bool bOldFormat);
+    bool readDocVersion(const QJsonObject& document);
+    void readLocations(const QJsonObject& object);
+    // Writes the compact JSON of saveData() to filePath through a temporary file, with the lock
+    // of filePath released only for the final rename and taken again afterwards.
+    bool writeProjectFile(const QString& filePath, const QByteArray& data);
+    bool serialize(QByteArray* pData);
+    // After a save under a new name: the copies take the locks, and old files that are not in
+    // referenced (absolute paths, taken while the old project was still current) go.
+    void adoptCopiedFiles(const QList<QPair<QString, QString>>& copies, const QStringList& referenced,
+                          bool bWasTemp, int nOldVersion);
+    void finishSave(const QString& filePath);
+    void warn(const QString& text) const;
+
+    VTFileLocker* m_pFileLocker = nullptr;
+    VTFileHistory m_fileHistory;
+    QList<VTSymbol*> m_lstEditingSymbols;
+    QUndoCommand* m_pCurrentCommand = nullptr;
+    QString m_strStatus;
+
+    int m_nDocVersion = s_nCurrentDocVersion;
+    bool m_bAutoplay = true;
+    bool m_bAutoKeyframeMode = false;
+    bool m_bHasCustomLoader = false;
+    int m_nLoaderType = 0;
+    QJsonObject m_joDefaultLoadingIndicatorProps;
+    bool m_bEmbedSystemFont = false;
+    QString m_strResFolderHtml5Output;
+    QString m_strPreResFolderHtml5Output;
+    int m_nViewportWMeta = ViewportDeviceWidth;
+    int m_nViewportHMeta = ViewportNone;
+    mutable QString m_strContainerID;
+    QString m_strHtmlOutput;
+    QString m_strCssDoc;
+    bool m_bInitResponsive = false;
+    // Top-level keys of the file that this version does not know, written back unchanged.
+    QJsonObject m_joPreservedTop;
+
+    int m_nRequestedSceneCount = 0;
+    BreakpointList m_lstInitialHBreakpoints;
+    BreakpointList m_lstInitialVBreakpoints;
+};

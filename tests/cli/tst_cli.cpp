@@ -1,0 +1,179 @@
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+struct Result
+{
+    int nExitCode = -1;
+    QString strOut;
+    QString strErr;
+};
+
+Result runVetra(const QStringList& arguments)
+{
+    QProcess process;
+    process.start(QStringLiteral(VETRA_CLI_PATH), arguments);
+    Result result;
+    if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit)
+        return result;
+    result.nExitCode = process.exitCode();
+    result.strOut = QString::fromUtf8(process.readAllStandardOutput());
+    result.strErr = QString::fromUtf8(process.readAllStandardError());
+    return result;
+}
+
+QString samplePath()
+{
+    return QStringLiteral(VETRA_EXAMPLES_DIR "/welcome/welcome.vetra");
+}
+
+QJsonObject sample()
+{
+    QFile file(samplePath());
+    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
+}
+
+bool writeProject(const QString& filePath, const QJsonObject& object)
+{
+    QDir().mkpath(QFileInfo(filePath).absolutePath());
+    QFile file(filePath);
+    const QByteArray data = QJsonDocument(object).toJson();
+    return file.open(QIODevice::WriteOnly) && file.write(data) == data.size();
+}
+
+} // namespace
+
+class TestCli : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void sampleChecksAndStaysUntouched();
+    void refusedProjectsFail();
+    void damagedContentIsReported();
+    void commandLine();
+
+private:
+    QTemporaryDir m_dir;
+};
+
+void TestCli::initTestCase()
+{
+    QVERIFY(m_dir.isValid());
+    QVERIFY(QFileInfo::exists(QStringLiteral(VETRA_CLI_PATH)));
+    QVERIFY(!sample().isEmpty());
+}
+
+void TestCli::sampleChecksAndStaysUntouched()
+{
+    const QFileInfo before(samplePath());
+    QFile file(samplePath());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray bytes = file.readAll();
+    file.close();
+    const QStringList entries = QDir(before.absolutePath()).entryList(QDir::AllEntries | QDir::Hidden);
+
+    const Result result = runVetra({QStringLiteral("check"), samplePath()});
+    QCOMPARE(result.nExitCode, 0);
+    QVERIFY2(result.strErr.isEmpty(), qPrintable(result.strErr));
+    QVERIFY2(result.strOut.contains(QStringLiteral("\"welcome\", 800 x 600 px, format version 3")),
+             qPrintable(result.strOut));
+    QCOMPARE(result.strOut.count(QLatin1Char('\n')), 1);
+
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), bytes);
+    QCOMPARE(QFileInfo(samplePath()).lastModified(), before.lastModified());
+    QCOMPARE(QDir(before.absolutePath()).entryList(QDir::AllEntries | QDir::Hidden), entries);
+}
+
+void TestCli::refusedProjectsFail()
+{
+    QJsonObject other = sample();
+    other.insert(QStringLiteral("appName"), QStringLiteral("Other Studio"));
+    const QString otherPath = QDir(m_dir.path()).filePath(QStringLiteral("other/other.vetra"));
+    QVERIFY(writeProject(otherPath, other));
+    Result result = runVetra({QStringLiteral("check"), otherPath});
+    QCOMPARE(result.nExitCode, 1);
+    QVERIFY2(result.strErr.contains(QStringLiteral("Vetra Studio: Not a valid Vetra Studio project.")),
+             qPrintable(result.strErr));
+    QVERIFY(result.strOut.isEmpty());
+
+    const QString missing = QDir(m_dir.path()).filePath(QStringLiteral("missing.vetra"));
+    result = runVetra({QStringLiteral("check"), missing});
+    QCOMPARE(result.nExitCode, 1);
+    QVERIFY(result.strErr.contains(QStringLiteral("Vetra Studio: File doesn't exist.\n") + missing));
+
+    // A newer format is a question; without a user the answer is Cancel, so it does not open.
+    QJsonObject newer = sample();
+    QJsonObject document = newer.value(QStringLiteral("document")).toObject();
+    document.insert(QStringLiteral("docVersion"), 9);
+    newer.insert(QStringLiteral("document"), document);
+    const QString newerPath = QDir(m_dir.path()).filePath(QStringLiteral("newer/newer.vetra"));
+    QVERIFY(writeProject(newerPath, newer));
+    result = runVetra({QStringLiteral("check"), newerPath});
+    QCOMPARE(result.nExitCode, 1);
+    QVERIFY(result.strErr.contains(
+        QStringLiteral("Vetra Studio: The project is incompatible with current application version.")));
+    QVERIFY(result.strErr.contains(QStringLiteral("\"Cancel\"")));
+
+    // Packages are not opened yet, and nothing is unpacked beside them.
+    const QString package = QDir(m_dir.path()).filePath(QStringLiteral("packed/show.vetrapack"));
+    QVERIFY(writeProject(package, sample()));
+    result = runVetra({QStringLiteral("check"), package});
+    QCOMPARE(result.nExitCode, 1);
+    QVERIFY(result.strErr.contains(QStringLiteral("Package files are not supported yet.")));
+    QCOMPARE(QDir(QFileInfo(package).absolutePath()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
+             QStringList{QStringLiteral("show.vetrapack")});
+}
+
+void TestCli::damagedContentIsReported()
+{
+    QJsonObject damaged = sample();
+    QJsonObject document = damaged.value(QStringLiteral("document")).toObject();
+    document.insert(QStringLiteral("width"), QStringLiteral("wide"));
+    document.insert(QStringLiteral("scenes"), 5);
+    damaged.insert(QStringLiteral("document"), document);
+    const QString path = QDir(m_dir.path()).filePath(QStringLiteral("damaged/damaged.vetra"));
+    QVERIFY(writeProject(path, damaged));
+    const Result result = runVetra({QStringLiteral("check"), path});
+    // It opens, as in the studio, but nothing that was dropped goes unmentioned.
+    QCOMPARE(result.nExitCode, 0);
+    QCOMPARE(result.strErr.count(QLatin1Char('\n')), 2);
+    QVERIFY(result.strErr.contains(QStringLiteral("\"width\"")));
+    QVERIFY(result.strErr.contains(QStringLiteral("\"scenes\"")));
+    QVERIFY(result.strOut.contains(QStringLiteral("0 x 600 px")));
+    QVERIFY(result.strOut.contains(QStringLiteral("2 problems")));
+}
+
+void TestCli::commandLine()
+{
+    Result result = runVetra({QStringLiteral("--version")});
+    QCOMPARE(result.nExitCode, 0);
+    QCOMPARE(result.strOut.trimmed(), QStringLiteral("vetra 2.6.0"));
+
+    result = runVetra({QStringLiteral("--help")});
+    QCOMPARE(result.nExitCode, 0);
+    QVERIFY(result.strOut.contains(QStringLiteral("check FILE")));
+    QVERIFY(result.strErr.isEmpty());
+
+    for (const QStringList& arguments :
+         {QStringList(), QStringList{QStringLiteral("export")}, QStringList{QStringLiteral("check")},
+          QStringList{QStringLiteral("check"), QStringLiteral("a"), QStringLiteral("b")}}) {
+        result = runVetra(arguments);
+        QCOMPARE(result.nExitCode, 2);
+        QVERIFY(result.strErr.contains(QStringLiteral("Usage:")));
+        QVERIFY(result.strOut.isEmpty());
+    }
+    QVERIFY(
+        runVetra({QStringLiteral("export")}).strErr.contains(QStringLiteral("unknown command \"export\"")));
+}
+
+QTEST_GUILESS_MAIN(TestCli)
+#include "tst_cli.moc"

@@ -5,7 +5,7 @@
 
 VTPropertiesTabsWidget::VTPropertiesTabsWidget(QWidget* parent)
     : QWidget(parent)
-    , m_pEmptyLabel(new QLabel(tr("Open a project to see its properties here."), this))
+    , m_pEmptyLabel(new QLabel(tr("No properties to show."), this))
 {
     setObjectName(QStringLiteral("VTPropertiesTabsWidget"));
     m_pEmptyLabel->setAlignment(Qt::AlignCenter);

@@ -5,7 +5,7 @@
 
 VTFunctionPanel::VTFunctionPanel(QWidget* parent)
     : QWidget(parent)
-    , m_pEmptyLabel(new QLabel(tr("Open a project to see its functions here."), this))
+    , m_pEmptyLabel(new QLabel(tr("No functions to show."), this))
 {
     setObjectName(QStringLiteral("VTFunctionPanel"));
     m_pEmptyLabel->setAlignment(Qt::AlignCenter);

@@ -5,7 +5,7 @@
 
 VTBreakpointsPanel::VTBreakpointsPanel(QWidget* parent)
     : QWidget(parent)
-    , m_pEmptyLabel(new QLabel(tr("Open a project to see its breakpoints here."), this))
+    , m_pEmptyLabel(new QLabel(tr("No breakpoints to show."), this))
 {
     setObjectName(QStringLiteral("VTBreakpointsPanel"));
     m_pEmptyLabel->setAlignment(Qt::AlignCenter);

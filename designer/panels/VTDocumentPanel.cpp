@@ -5,7 +5,7 @@
 
 VTDocumentPanel::VTDocumentPanel(QWidget* parent)
     : QWidget(parent)
-    , m_pEmptyLabel(new QLabel(tr("Open a project to see its project settings here."), this))
+    , m_pEmptyLabel(new QLabel(tr("No project settings to show."), this))
 {
     setObjectName(QStringLiteral("VTDocumentPanel"));
     m_pEmptyLabel->setAlignment(Qt::AlignCenter);

@@ -5,7 +5,7 @@
 
 VTElementsPanel::VTElementsPanel(QWidget* parent)
     : QWidget(parent)
-    , m_pEmptyLabel(new QLabel(tr("Open a project to see its elements here."), this))
+    , m_pEmptyLabel(new QLabel(tr("No elements to show."), this))
 {
     setObjectName(QStringLiteral("VTElementsPanel"));
     m_pEmptyLabel->setAlignment(Qt::AlignCenter);

@@ -5,7 +5,7 @@
 
 VTResourcePanel::VTResourcePanel(QWidget* parent)
     : QWidget(parent)
-    , m_pEmptyLabel(new QLabel(tr("Open a project to see its resources here."), this))
+    , m_pEmptyLabel(new QLabel(tr("No resources to show."), this))
 {
     setObjectName(QStringLiteral("VTResourcePanel"));
     m_pEmptyLabel->setAlignment(Qt::AlignCenter);

@@ -5,7 +5,7 @@
 
 VTSceneThumbnailView::VTSceneThumbnailView(QWidget* parent)
     : QWidget(parent)
-    , m_pEmptyLabel(new QLabel(tr("Open a project to see its scenes here."), this))
+    , m_pEmptyLabel(new QLabel(tr("No scenes to show."), this))
 {
     setObjectName(QStringLiteral("VTSceneThumbnailView"));
     m_pEmptyLabel->setAlignment(Qt::AlignCenter);

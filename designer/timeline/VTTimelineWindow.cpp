@@ -10,7 +10,7 @@ VTTimelineWindow::VTTimelineWindow(QWidget* parent, Qt::WindowFlags flags)
     , m_pCaptionPanel(new VTTimelineCaptionPanel(this))
 {
     setObjectName(QStringLiteral("VTTimelineWindow"));
-    auto* pEmpty = new QLabel(tr("Open a project to see its timelines here."), this);
+    auto* pEmpty = new QLabel(tr("No timelines to show."), this);
     pEmpty->setAlignment(Qt::AlignCenter);
     pEmpty->setEnabled(false);
     auto* pLayout = new QVBoxLayout(this);

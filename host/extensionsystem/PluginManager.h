@@ -42,7 +42,7 @@ public:
     static void setPluginPaths(const QStringList& paths);
     static QStringList pluginPaths();
     // Reads metadata, resolves dependencies, loads, initialises and starts every plug-in found.
-    // Plug-ins with a problem are not loaded; their spec says why.
+    // Plug-ins with a problem are not loaded; their PluginSpec records why.
     static void loadPlugins(const QStringList& arguments = {});
     static QList<PluginSpec*> plugins();
     static PluginSpec* findPlugin(const QString& name);

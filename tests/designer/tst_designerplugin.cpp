@@ -7,7 +7,7 @@
 #include "MainWindow.h"
 #include "PluginManager.h"
 #include "PluginSpec.h"
-#include "RecordingMessageBox.h"
+#include "MessageRecorder.h"
 #include "WebChannelServer.h"
 
 #include <QDockWidget>
@@ -51,7 +51,7 @@ private slots:
 private:
     QDockWidget* dock(const QString& name) const { return m_pWindow->findChild<QDockWidget*>(name); }
 
-    RecordingMessageBox m_box;
+    MessageRecorder m_box;
     MainWindow* m_pWindow = nullptr;
     QTemporaryDir m_dir;
 };
@@ -118,7 +118,7 @@ void TestDesignerPlugin::openProjectShowsDocks()
     const QString folder = m_dir.filePath("welcome");
     QVERIFY(copyDir(QStringLiteral(VETRA_EXAMPLES_DIR "/welcome"), folder));
     const QString file = folder + "/welcome.vetra";
-    QVERIFY2(m_pWindow->openFile(file), qPrintable(m_box.texts.join('\n')));
+    QVERIFY2(m_pWindow->openFile(file), qPrintable(m_box.getTexts().join('\n')));
     IEditor* pEditor = EditorManager::activeEditor();
     QVERIFY(pEditor);
     QCOMPARE(QFileInfo(pEditor->getDocument()->getFileName()).canonicalFilePath(), QFileInfo(file).canonicalFilePath());

@@ -1,6 +1,6 @@
 #include "PluginManager.h"
 #include "QSimpleUpdater.h"
-#include "RecordingMessageBox.h"
+#include "MessageRecorder.h"
 
 #include <QSettings>
 #include <QSignalSpy>
@@ -77,7 +77,7 @@ void TestUpdater::reportsNewerVersionsOnly()
 {
     FeedServer server;
     ExtensionSystem::PluginManager::settings()->setValue("Vetra/UpdateServer", server.base());
-    RecordingMessageBox box;
+    MessageRecorder box;
     QSimpleUpdater* pUpdater = QSimpleUpdater::getInstance();
     pUpdater->setDownloaderEnabled(false);
     pUpdater->setNotifyOnUpdate(true);
@@ -91,23 +91,23 @@ void TestUpdater::reportsNewerVersionsOnly()
     QVERIFY(pUpdater->getUpdateAvailable());
     QCOMPARE(available.count(), 1);
     QCOMPARE(available.first().first().toString(), QString("2.10.0"));
-    QCOMPARE(box.texts.size(), 1);
-    QVERIFY(box.texts.first().contains("2.10.0"));
-    QVERIFY(box.texts.first().contains("Faster export"));
+    QCOMPARE(box.getTexts().size(), 1);
+    QVERIFY(box.getTexts().first().contains("2.10.0"));
+    QVERIFY(box.getTexts().first().contains("Faster export"));
 
     // The same version, and an older one: silent at start, "up to date" when the user asks.
-    box.texts.clear();
+    box.clear();
     server.body = R"({"updates":{"linux":{"latest-version":"2.6.0"}}})";
     QVERIFY(check(true));
     QVERIFY(!pUpdater->getUpdateAvailable());
-    QVERIFY(box.texts.isEmpty());
+    QVERIFY(box.getTexts().isEmpty());
     server.body = R"({"updates":{"linux":{"latest-version":"1.9"}}})";
     QVERIFY(check(false));
-    QCOMPARE(box.texts, QStringList{"You are using the latest version of Vetra Studio."});
+    QCOMPARE(box.getTexts(), QStringList{"You are using the latest version of Vetra Studio."});
     QCOMPARE(available.count(), 1);
 
     // A feed for other platforms only does not announce anything.
-    box.texts.clear();
+    box.clear();
     server.body = R"({"updates":{"windows":{"latest-version":"9.0.0"}}})";
     QVERIFY(check(true));
     QVERIFY(!pUpdater->getUpdateAvailable());
@@ -117,19 +117,19 @@ void TestUpdater::reportsFailuresOnlyWhenAsked()
 {
     FeedServer server;
     ExtensionSystem::PluginManager::settings()->setValue("Vetra/UpdateServer", server.base());
-    RecordingMessageBox box;
+    MessageRecorder box;
     QSimpleUpdater* pUpdater = QSimpleUpdater::getInstance();
     pUpdater->setNotifyOnFinish(true);
     for (const QByteArray& body : {QByteArray("{not json"), QByteArray("[]"),
                                    QByteArray(R"({"updates":{"linux":{"latest-version":"soon"}}})")}) {
-        box.texts.clear();
+        box.clear();
         server.body = body;
         QVERIFY(check(true));
         QVERIFY(!pUpdater->getLastError().isEmpty());
-        QVERIFY(box.texts.isEmpty());
+        QVERIFY(box.getTexts().isEmpty());
         QVERIFY(check(false));
-        QCOMPARE(box.texts.size(), 1);
-        QVERIFY(box.texts.first().startsWith("Could not check for updates:"));
+        QCOMPARE(box.getTexts().size(), 1);
+        QVERIFY(box.getTexts().first().startsWith("Could not check for updates:"));
     }
     server.status = "404 Not Found";
     server.body = "missing";

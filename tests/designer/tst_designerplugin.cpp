@@ -2,6 +2,8 @@
 #include "ActionManager.h"
 #include "ContextAction.h"
 #include "EditorManager.h"
+#include "ICreateDocumentDlg.h"
+#include "RecentFiles.h"
 #include "IDocument.h"
 #include "IEditor.h"
 #include "MainWindow.h"
@@ -10,7 +12,12 @@
 #include "MessageRecorder.h"
 #include "WebChannelServer.h"
 
+#include <QApplication>
 #include <QDockWidget>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLineEdit>
+#include <QSpinBox>
 #include <QMdiArea>
 #include <QMenu>
 #include <QSettings>
@@ -46,6 +53,7 @@ private slots:
     void docksAreBuiltInOrderAndHidden();
     void welcomePageReachesTheChannel();
     void openProjectShowsDocks();
+    void newProjectThroughTheDialog();
     void shutdownSavesLayoutWithTimelineDocked();
 
 private:
@@ -140,6 +148,50 @@ void TestDesignerPlugin::openProjectShowsDocks()
 
     dock("spTimelineDockWidget")->setFloating(true);
     QVERIFY(dock("spTimelineDockWidget")->isFloating());
+}
+
+void TestDesignerPlugin::newProjectThroughTheDialog()
+{
+    const QString location = m_dir.filePath("projects");
+    QVERIFY(QDir().mkpath(location));
+    // Fill the real dialog once it is up, as a person would.
+    bool bFilled = false;
+    QTimer poll;
+    connect(&poll, &QTimer::timeout, this, [&] {
+        auto* pDialog = qobject_cast<ICreateDocumentDlg*>(QApplication::activeModalWidget());
+        if (!pDialog)
+            return;
+        poll.stop();
+        pDialog->findChild<QLineEdit*>("nameEdit")->setText("Banner");
+        pDialog->findChild<QLineEdit*>("locationEdit")->setText(location);
+        pDialog->findChild<QSpinBox*>("widthSpin")->setValue(640);
+        pDialog->findChild<QSpinBox*>("heightSpin")->setValue(480);
+        bFilled = true;
+        pDialog->accept();
+    });
+    poll.start(50);
+    m_pWindow->newProject();
+    QVERIFY2(bFilled, qPrintable(m_box.getTexts().join('\n')));
+
+    const QString file = location + "/Banner/Banner.vetra";
+    QVERIFY(QFileInfo(file).isFile());
+    QVERIFY(QFileInfo(location + "/Banner/Banner_res").isDir());
+    QCOMPARE(EditorManager::getEditors().size(), 2);
+    IDocument* pDocument = EditorManager::activeEditor()->getDocument();
+    QCOMPARE(QFileInfo(pDocument->getFileName()).canonicalFilePath(), QFileInfo(file).canonicalFilePath());
+    QCOMPARE(m_pWindow->getRecentFiles()->getFiles().value(0), QFileInfo(file).absoluteFilePath());
+
+    QVERIFY(m_pWindow->saveProject());
+    QFile saved(file);
+    QVERIFY(saved.open(QIODevice::ReadOnly));
+    const QJsonObject root = QJsonDocument::fromJson(saved.readAll()).object();
+    QCOMPARE(root.value("appName").toString(), QString("Vetra Studio"));
+    QCOMPARE(root.value("document").toObject().value("width").toInt(), 640);
+    QCOMPARE(root.value("document").toObject().value("height").toInt(), 480);
+
+    QVERIFY(m_pWindow->closeProject());
+    QTRY_COMPARE(EditorManager::getEditors().size(), 1);
+    QVERIFY(QFileInfo(file).isFile());
 }
 
 void TestDesignerPlugin::shutdownSavesLayoutWithTimelineDocked()

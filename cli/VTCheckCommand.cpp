@@ -3,6 +3,8 @@
 #include "IProjectDialogs.h"
 #include "VTCliProjectDialogs.h"
 #include "VTDocument.h"
+#include "VTFunctionManager.h"
+#include "VTResourceManager.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -69,7 +71,9 @@ QString VTCheckCommand::getSummaryLine(const VTDocument& document)
         .arg(document.getWidth())
         .arg(document.getHeight())
         .arg(document.getDocVersion())
-        .arg(counted(document.getRawSceneCount(), tr("1 scene"), tr("%1 scenes")),
-             counted(document.getRawResourceCount(), tr("1 resource"), tr("%1 resources")),
-             counted(document.getRawScriptCount(), tr("1 script"), tr("%1 scripts")));
+        .arg(
+            counted(document.getRawSceneCount(), tr("1 scene"), tr("%1 scenes")),
+            counted(document.getResourceManager()->getIdResourceMap().size(), tr("1 resource"),
+                    tr("%1 resources")),
+            counted(document.getFunctionManager()->getFunctionCount(), tr("1 function"), tr("%1 functions")));
 }

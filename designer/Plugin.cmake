@@ -15,7 +15,8 @@ add_library(designer MODULE
     VTWelcomeBridge.h VTWelcomeBridge.cpp
     VTOptionsDlg.h VTOptionsDlg.cpp
     VTNewProjectDialog.h VTNewProjectDialog.cpp
-    VTProjectDialogs.h VTProjectDialogs.cpp)
+    VTProjectDialogs.h VTProjectDialogs.cpp
+    VTCopyProgressDialog.h VTCopyProgressDialog.cpp)
 set_target_properties(designer PROPERTIES
     LIBRARY_OUTPUT_DIRECTORY ${VETRA_PLUGIN_DIR}
     AUTOMOC_MOC_OPTIONS "-I${CMAKE_CURRENT_SOURCE_DIR}")

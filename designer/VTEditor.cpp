@@ -4,6 +4,8 @@
 #include "DocumentManager.h"
 #include "EditorManager.h"
 #include "ICore.h"
+#include "IMessageBox.h"
+#include "IUtils.h"
 #include "MainWindow.h"
 #include "VTDocument.h"
 #include "VTMdiSubWindow.h"
@@ -12,6 +14,7 @@
 #include <QLabel>
 #include <QMdiArea>
 #include <QTabBar>
+#include <QTimer>
 #include <QUndoGroup>
 #include <QUndoStack>
 #include <QVBoxLayout>
@@ -99,7 +102,25 @@ void VTEditor::onDocumentLoaded()
                                          .arg(pDocument->getName())
                                          .arg(pDocument->getWidth())
                                          .arg(pDocument->getHeight()));
+        showLoadProblems(pDocument);
     }
+}
+
+void VTEditor::showLoadProblems(VTDocument* pDocument)
+{
+    const QStringList problems = pDocument->getLoadProblems();
+    if (problems.isEmpty())
+        return;
+    // Told once, after the window is up: the user learns what the next save will not keep.
+    pDocument->clearLoadProblems();
+    constexpr int nShown = 15;
+    QString text = tr("Some parts of \"%1\" could not be read and were left out:").arg(pDocument->getName());
+    text += QStringLiteral("\n\n") + problems.mid(0, nShown).join(QLatin1Char('\n'));
+    if (problems.size() > nShown)
+        text += QLatin1Char('\n') + tr("...and %1 more.").arg(problems.size() - nShown);
+    QTimer::singleShot(0, this, [text]() {
+        IMessageBox::instance()->warning(IUtils::getApplicationName(), text, IMessageBox::Ok);
+    });
 }
 
 void VTEditor::onDocumentUnloaded()
@@ -115,8 +136,8 @@ void VTEditor::updateDocumentTabName()
     QString name = pDocument->getName();
     if (pDocument->isOpenAsBackup())
         name = tr("%1 - backup").arg(name);
-    const bool bModified = !pDocument->getUndoStack()->isClean() || pDocument->isTempDocument()
-                           || pDocument->isOpenAsBackup();
+    const bool bModified =
+        !pDocument->getUndoStack()->isClean() || pDocument->isTempDocument() || pDocument->isOpenAsBackup();
     m_pSubWindow->setWindowTitle(name + QStringLiteral("[*]"));
     m_pSubWindow->setWindowModified(bModified);
     m_pSubWindow->setWindowFilePath(pDocument->getFileName());

@@ -29,6 +29,7 @@ public slots:
     void activateDocumentTab();
 
 private:
+    void showLoadProblems(VTDocument* pDocument);
     QPointer<VTMdiSubWindow> m_pSubWindow;
     QLabel* m_pStagePlaceholder = nullptr;
 };

@@ -1,5 +1,8 @@
 #include "VTProjectDialogs.h"
 
+#include "ICore.h"
+#include "MainWindow.h"
+#include "VTCopyProgressDialog.h"
 #include "VTNewProjectDialog.h"
 
 #include <QApplication>
@@ -14,4 +17,13 @@ bool VTProjectDialogs::askProjectLocation(const QString& title, const QString& b
     if (pFilePath)
         *pFilePath = filePath;
     return !filePath.isEmpty();
+}
+
+ICopyProgress* VTProjectDialogs::createCopyProgress(const QString& label, qint64 nTotalBytes)
+{
+    QWidget* pParent = ICore::getMainWindow();
+    auto* pDialog = new VTCopyProgressDialog(label, pParent ? pParent : QApplication::activeWindow());
+    pDialog->setTotalBytes(nTotalBytes);
+    pDialog->show();
+    return pDialog;
 }

@@ -9,4 +9,6 @@ class VTProjectDialogs final : public IProjectDialogs
 public:
     bool askProjectLocation(const QString& title, const QString& baseName, const QString& location,
                             QString* pFilePath) override;
+    // A VTCopyProgressDialog on the main window; the caller owns it.
+    ICopyProgress* createCopyProgress(const QString& label, qint64 nTotalBytes) override;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ICopyProgress.h"
+
 #include <QString>
 
 // The dialogs the model needs from the user interface. The studio installs its widget
@@ -15,6 +17,15 @@ public:
     // exists. Returns false when the user cancels.
     virtual bool askProjectLocation(const QString& title, const QString& baseName, const QString& location,
                                     QString* pFilePath) = 0;
+
+    // A progress display for a copy of nTotalBytes; null shows nothing and the copy cannot be
+    // cancelled. Only copies above VTResourceManager::getMinimumDatasizeToShow() ask.
+    virtual ICopyProgress* createCopyProgress(const QString& label, qint64 nTotalBytes)
+    {
+        Q_UNUSED(label)
+        Q_UNUSED(nTotalBytes)
+        return nullptr;
+    }
 
     // Never null.
     static IProjectDialogs* instance();

@@ -317,7 +317,8 @@ void VTBezierPath::invertAnchorPoints(int nFrom, int nTo)
     if (!pFrom->hasKeyTime() || !pTo->hasKeyTime())
         return;
 
-    // Wide enough that two large key times cannot overflow; a mirrored time stays a key time.
+    // Wide enough that two large key times cannot overflow. Only an anchor keyed outside the
+    // range can mirror below 0, and such a time reads as a plain anchor, as any negative one does.
     const qint64 nSum = static_cast<qint64>(pFrom->getKeyTime()) + pTo->getKeyTime();
     for (int i = nFrom; i <= nTo; ++i) {
         VTAnchorPoint* pAnchor = m_lstAnchorPoints.at(i);
@@ -325,7 +326,7 @@ void VTBezierPath::invertAnchorPoints(int nFrom, int nTo)
         if (pAnchor->hasKeyTime()) {
             const qint64 nMirrored = nSum - pAnchor->getKeyTime();
             pAnchor->setKeyTime(
-                static_cast<int>(std::clamp<qint64>(nMirrored, 0, std::numeric_limits<int>::max())));
+                static_cast<int>(std::min<qint64>(nMirrored, std::numeric_limits<int>::max())));
         }
     }
     for (int i = nFrom, j = nTo; i < j; ++i, --j)

@@ -4,10 +4,11 @@
 #include "IProjectDialogs.h"
 #include "IUtils.h"
 #include "VTFileLocker.h"
+#include "VTFunctionManager.h"
 #include "VTJsonReader.h"
 #include "VTLocationManager.h"
+#include "VTResourceManager.h"
 
-#include <QColor>
 #include <QDebug>
 #include <QDir>
 #include <QFile>
@@ -51,11 +52,14 @@ constexpr int s_nNewestReadableVersion = 3;
 VTDocument::VTDocument(QObject* parent)
     : IDocument(parent)
     , m_pFileLocker(new VTFileLocker(this))
-    , m_joDefaultLoadingIndicatorProps(getNewLoadingIndicatorProps())
+    , m_pResourceManager(new VTResourceManager(this, this))
+    , m_pFunctionManager(std::make_unique<VTFunctionManager>())
     , m_strResFolderHtml5Output(s_strNewResFolder)
     , m_strPreResFolderHtml5Output(s_strNewPreResFolder)
     , m_strContainerID(IUtils::genContainerId())
 {
+    setResourceManager(m_pResourceManager);
+    setFunctionManager(m_pFunctionManager.get());
     connect(this, &IDocument::aboutToClose, this, &VTDocument::onCleanup);
 }
 
@@ -84,16 +88,6 @@ void VTDocument::setAutoKeyframeMode(bool bOn)
         return;
     m_bAutoKeyframeMode = bOn;
     emit changeAutoKeyframeMode(bOn);
-}
-
-QJsonObject VTDocument::getNewLoadingIndicatorProps()
-{
-    return {{QStringLiteral("diameter"), 60},
-            {QStringLiteral("density"), 9},
-            {QStringLiteral("range"), 1.0},
-            {QStringLiteral("speed"), 1},
-            {QStringLiteral("color"), static_cast<double>(QColor(0x20, 0x90, 0xe6).rgb())},
-            {QStringLiteral("shape"), 0}};
 }
 
 QString VTDocument::getViewportValueText(int nValue)
@@ -181,12 +175,16 @@ QStringList VTDocument::getDocumentKeys()
 
 void VTDocument::resetToFileDefaults()
 {
+    // A second load starts from an empty set of resources rather than merging into the first.
+    delete m_pResourceManager;
+    m_pResourceManager = new VTResourceManager(this, this);
+    setResourceManager(m_pResourceManager);
+    m_pFunctionManager = std::make_unique<VTFunctionManager>();
+    setFunctionManager(m_pFunctionManager.get());
     m_nDocVersion = -1;
     m_bAutoplay = false;
     m_bAutoKeyframeMode = false;
-    m_bHasCustomLoader = false;
-    m_nLoaderType = 0;
-    m_joDefaultLoadingIndicatorProps = QJsonObject();
+    m_preloaderLink.resetToFileDefaults();
     m_bEmbedSystemFont = false;
     m_strResFolderHtml5Output.clear();
     m_strPreResFolderHtml5Output.clear();
@@ -308,7 +306,6 @@ void VTDocument::readLocations(const QJsonObject& object)
 void VTDocument::readDocumentKeys(const QJsonObject& document, bool bOldFormat)
 {
     const VTJsonReader reader(document, QString(), getLoadProblemList());
-    m_bHasCustomLoader = reader.readBool(s_strHasCustomLoaderKey, false);
     m_bAutoKeyframeMode = reader.readBool(s_strAutoKeyframeModeKey, false);
     m_bAutoplay = reader.readBool(s_strAutoplayKey, false);
     m_bEmbedSystemFont = reader.readBool(s_strEmbedSystemFontKey, false);
@@ -324,8 +321,7 @@ void VTDocument::readDocumentKeys(const QJsonObject& document, bool bOldFormat)
         m_strHtmlOutput = reader.readString(s_strHtmlOutputKey);
         m_strCssDoc = reader.readString(s_strCssDocKey);
     }
-    m_nLoaderType = reader.readInt(s_strLoaderTypeKey, 0);
-    m_joDefaultLoadingIndicatorProps = reader.readObject(s_strLoadingIndicatorKey);
+    m_preloaderLink.readDocumentKeys(document, getLoadProblemList());
 }
 
 bool VTDocument::saveData(QJsonObject& object) const
@@ -336,9 +332,7 @@ bool VTDocument::saveData(QJsonObject& object) const
     document.insert(s_strDocVersionKey, s_nCurrentDocVersion);
     document.insert(s_strAutoplayKey, m_bAutoplay);
     document.insert(s_strAutoKeyframeModeKey, m_bAutoKeyframeMode);
-    document.insert(s_strHasCustomLoaderKey, m_bHasCustomLoader);
-    document.insert(s_strLoaderTypeKey, m_nLoaderType);
-    document.insert(s_strLoadingIndicatorKey, m_joDefaultLoadingIndicatorProps);
+    m_preloaderLink.writeDocumentKeys(document);
     document.insert(s_strEmbedSystemFontKey, m_bEmbedSystemFont);
     document.insert(s_strResFolderKey, m_strResFolderHtml5Output);
     document.insert(s_strPreResFolderKey, m_strPreResFolderHtml5Output);
@@ -738,17 +732,49 @@ void VTDocument::onCleanup()
 
 bool VTDocument::savePreloaderTo(const QString& oldResourceFolder, const QString& newResourceFolder)
 {
-    // Until the preloader is modelled its folder is carried over as it is.
-    const QString source = QDir(oldResourceFolder).filePath(QStringLiteral("preloader"));
-    if (!QFileInfo(source).isDir())
-        return true;
-    return IUtils::copyDir(source, QDir(newResourceFolder).filePath(QStringLiteral("preloader")));
+    // The preloader is loaded from the old folder, which is still this document's.
+    Q_UNUSED(oldResourceFolder)
+    return m_preloaderLink.savePreloaderTo(newResourceFolder, m_strPreResFolderHtml5Output);
 }
 
-QStringList VTDocument::getAbsTempFilenames(bool, bool) const
+QStringList VTDocument::getAbsTempFilenames(bool bSkipDeleted, bool bSaveSymbols) const
 {
-    // Without a resource model nothing tells which files are still used, so all of them are.
-    return m_fileHistory.getAbsolutePaths(getLocation());
+    return m_pResourceManager->getAbsTempFilenames(bSkipDeleted, bSaveSymbols);
+}
+
+bool VTDocument::saveAllSymbolsState()
+{
+    return m_pResourceManager->saveAllSymbolsState();
+}
+
+void VTDocument::cleanOldResources()
+{
+    m_pResourceManager->cleanOldResources();
+}
+
+bool VTDocument::isTempResource(const QString& filePath) const
+{
+    return m_pResourceManager->isTempResource(filePath);
+}
+
+qint64 VTDocument::getDataSize() const
+{
+    qint64 nSize = 0;
+    for (const VTResource* pResource : m_pResourceManager->getIdResourceMap()) {
+        if (!pResource->isDeleted())
+            nSize += pResource->getDataSize();
+    }
+    return nSize;
+}
+
+void VTDocument::regApplicationFont()
+{
+    m_applicationFonts.registerAll(m_pResourceManager, [this](const QString& text) { setStatus(text); });
+}
+
+void VTDocument::removeApplicationFonts()
+{
+    m_applicationFonts.removeAll();
 }
 
 void VTDocument::warn(const QString& text) const

@@ -2,24 +2,31 @@
 
 #include "DocumentManager.h"
 #include "IDocument.h"
+#include "VTApplicationFonts.h"
 #include "VTFileHistory.h"
+#include "VTPreloaderLink.h"
 #include "VTProjectPaths.h"
 #include "VTSymbol.h"
+#include "VTTypes.h"
 
 #include <QJsonObject>
 #include <QList>
 #include <QPair>
 #include <QStringList>
 
+#include <memory>
+
 class QUndoCommand;
 class VTFileLocker;
+class VTFunctionManager;
+class VTResourceManager;
+class VTPreloader;
 
 // One open project: folder N with the project file N.vetra and the resource folder N_res.
 //
-// Parts of the project that later subsystems model (backups, resources, fonts, the preloader,
-// timelines) are reached through the protected hooks below. Until those exist the hooks keep
-// every file: in particular every file of the file history counts as still referenced, so no
-// save or clean-up removes a resource of a project that is not temporary.
+// What a save or a close may remove is decided by the resources: a file of the history that no
+// resource references any more goes when the project closes or moves. Subsystems still to come
+// (backups, timelines) are reached through the protected hooks below.
 class VTDocument : public IDocument, public VTSymbol
 {
     Q_OBJECT
@@ -59,6 +66,11 @@ public:
     bool addFileHistory(const QString& fileName, bool bInResourceFolder);
     bool removeFileHistory(const QString& fileName, bool bInResourceFolder);
     const VTFileLocker* getFileLocker() const { return m_pFileLocker; }
+    VTFileLocker* getFileLocker() { return m_pFileLocker; }
+    // Shared with every symbol of the project; owned here.
+    VTResourceManager* getResourceManager() const { return m_pResourceManager; }
+    // Bytes of all resources that are not deleted.
+    virtual qint64 getDataSize() const;
 
     int getDocVersion() const { return m_nDocVersion; }
     void setDocVersion(int nVersion) { m_nDocVersion = nVersion; }
@@ -66,23 +78,42 @@ public:
     void setAutoplay(bool bAutoplay) { m_bAutoplay = bAutoplay; }
     bool isAutoKeyframeMode() const { return m_bAutoKeyframeMode; }
     void setAutoKeyframeMode(bool bOn);
-    bool hasCustomLoader() const { return m_bHasCustomLoader; }
-    void setHasCustomLoader(bool bHas) { m_bHasCustomLoader = bHas; }
-    int getLoaderType() const { return m_nLoaderType; }
-    void setLoaderType(int nType) { m_nLoaderType = nType; }
-    // Kept as JSON until the preloader models it.
-    QJsonObject getDefaultLoadingIndicatorProps() const { return m_joDefaultLoadingIndicatorProps; }
-    void setDefaultLoadingIndicatorProps(const QJsonObject& props)
+    // The preloader: see VTPreloaderLink.
+    bool hasCustomLoader() const { return m_preloaderLink.hasCustomLoader(); }
+    void setHasCustomLoader(bool bHas) { m_preloaderLink.setHasCustomLoader(bHas); }
+    VT::PreloaderType getLoaderType() const { return m_preloaderLink.getLoaderType(); }
+    void setLoaderType(VT::PreloaderType nType) { m_preloaderLink.setLoaderType(nType); }
+    VTLoadIndicatorProps* getDefaultLoadingIndicatorProps()
     {
-        m_joDefaultLoadingIndicatorProps = props;
+        return m_preloaderLink.getDefaultLoadingIndicatorProps();
     }
-    static QJsonObject getNewLoadingIndicatorProps();
+    const VTLoadIndicatorProps* getDefaultLoadingIndicatorProps() const
+    {
+        return m_preloaderLink.getDefaultLoadingIndicatorProps();
+    }
+    VTPreloader* getPreloaderDoc() const { return m_preloaderLink.getPreloaderDoc(); }
+    void setPreloaderDoc(VTPreloader* pDoc)
+    {
+        m_preloaderLink.setPreloaderDoc(pDoc, m_strPreResFolderHtml5Output);
+    }
+    bool initPreloaderDocument()
+    {
+        return m_preloaderLink.initPreloaderDocument(m_strPreResFolderHtml5Output);
+    }
     bool isEmbedSystemFont() const { return m_bEmbedSystemFont; }
     void setEmbedSystemFont(bool bEmbed) { m_bEmbedSystemFont = bEmbed; }
     QString getResFolderHTML5Output() const { return m_strResFolderHtml5Output; }
     void setResFolderHTML5Output(const QString& name) { m_strResFolderHtml5Output = name; }
-    QString getPreloaderResFolderHTML5Output() const { return m_strPreResFolderHtml5Output; }
-    void setPreloaderResFolderHTML5Output(const QString& name) { m_strPreResFolderHtml5Output = name; }
+    // Kept in step along the chain of loaded preloaders; the last one's value is the one used.
+    QString getPreloaderResFolderHTML5Output() const
+    {
+        return m_preloaderLink.resolvePreloaderResFolderHTML5Output(m_strPreResFolderHtml5Output);
+    }
+    void setPreloaderResFolderHTML5Output(const QString& name)
+    {
+        m_strPreResFolderHtml5Output = name;
+        m_preloaderLink.propagatePreloaderResFolderHTML5Output(name);
+    }
     int getViewportWMeta() const { return m_nViewportWMeta; }
     void setViewportWMeta(int nValue) { m_nViewportWMeta = nValue; }
     int getViewportHMeta() const { return m_nViewportHMeta; }
@@ -147,6 +178,8 @@ public slots:
     virtual bool pause();
     virtual bool play();
     void onCleanup();
+    void onPreloaderClose() { m_preloaderLink.onPreloaderClose(); }
+    void onPreloaderSavedChanges() { m_preloaderLink.onPreloaderSavedChanges(); }
 
 signals:
     void locationChanged();
@@ -165,25 +198,19 @@ protected:
     // The open-as-backup question when closing; true lets the close go on.
     virtual bool confirmCloseOfBackup() { return true; }
     // Closes a loaded custom preloader; true when there is none or it closed.
-    virtual bool closePreloader() { return true; }
-    // Saves a loaded custom preloader into <resourceFolder>/preloader. Until the preloader is
-    // modelled, its folder is copied as it is so a save under a new name keeps it.
+    virtual bool closePreloader() { return m_preloaderLink.closePreloader(); }
+    // Saves the custom preloader, loading it first if needed, into <newResourceFolder>/preloader.
     virtual bool savePreloaderTo(const QString& oldResourceFolder, const QString& newResourceFolder);
-    // Font resources register with the application font database once they are modelled.
-    virtual void regApplicationFont() {}
-    virtual void removeApplicationFonts() {}
-    // Absolute paths of the files the project still references. Until resources are modelled,
-    // every file of the history.
+    // Font resources register with the application's font database, for the stage and the
+    // inspector; only the fonts this project registered are removed again.
+    virtual void regApplicationFont();
+    virtual void removeApplicationFonts();
+    // Absolute paths of the files the project's resources still reference.
     virtual QStringList getAbsTempFilenames(bool bSkipDeleted, bool bSaveSymbols) const;
-    // Symbols write their data files once they are modelled; there is none before.
-    virtual bool saveAllSymbolsState() { return true; }
-    virtual void cleanOldResources() {}
-    // Files left by the migration of an old resource layout; none until resources are modelled.
-    virtual bool isTempResource(const QString& filePath) const
-    {
-        Q_UNUSED(filePath)
-        return false;
-    }
+    virtual bool saveAllSymbolsState();
+    virtual void cleanOldResources();
+    // Files left by the migration of an old resource layout.
+    virtual bool isTempResource(const QString& filePath) const;
     // The preview server serves the resource folder; it follows a save under a new name.
     virtual void onResourceFolderMoved(const QString& oldFolder, const QString& newFolder)
     {
@@ -211,6 +238,9 @@ private:
     void warn(const QString& text) const;
 
     VTFileLocker* m_pFileLocker = nullptr;
+    VTResourceManager* m_pResourceManager = nullptr;
+    std::unique_ptr<VTFunctionManager> m_pFunctionManager;
+    VTApplicationFonts m_applicationFonts;
     VTFileHistory m_fileHistory;
     QList<VTSymbol*> m_lstEditingSymbols;
     QUndoCommand* m_pCurrentCommand = nullptr;
@@ -219,9 +249,7 @@ private:
     int m_nDocVersion = s_nCurrentDocVersion;
     bool m_bAutoplay = true;
     bool m_bAutoKeyframeMode = false;
-    bool m_bHasCustomLoader = false;
-    int m_nLoaderType = 0;
-    QJsonObject m_joDefaultLoadingIndicatorProps;
+    VTPreloaderLink m_preloaderLink{this};
     bool m_bEmbedSystemFont = false;
     QString m_strResFolderHtml5Output;
     QString m_strPreResFolderHtml5Output;

@@ -8,6 +8,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <limits>
 
 VTFunctionManager::VTFunctionManager() = default;
 
@@ -39,9 +40,24 @@ int VTFunctionManager::addFunction(VTFunction* pFunction, int nIndex)
         return nIndex;
     }
     if (pFunction->getId() == -1)
-        pFunction->setId(++m_nCurrentId);
+        pFunction->setId(takeNextId());
     m_lstFunctions.push_back(std::move(pOwned));
     return nCount;
+}
+
+int VTFunctionManager::takeNextId()
+{
+    if (m_nCurrentId < std::numeric_limits<int>::max())
+        return ++m_nCurrentId;
+    // Only a file can push the counter this far. Reusing a free id beats overflowing, and with
+    // fewer functions than positive ints one is always free.
+    QSet<int> setIds;
+    for (const auto& pFunction : m_lstFunctions)
+        setIds.insert(pFunction->getId());
+    int nId = 1;
+    while (setIds.contains(nId))
+        ++nId;
+    return nId;
 }
 
 int VTFunctionManager::detachFunction(VTFunction* pFunction)
@@ -146,6 +162,11 @@ bool VTFunctionManager::parse(const QJsonObject& json, QStringList* pWarnings)
         }
     }
 
+    // A negative counter would soon hand out -1, the mark of a function that was never added.
+    if (m_nCurrentId < 0) {
+        reader.report(tr("\"current_id\" %1 is negative; 0 is used instead.").arg(m_nCurrentId));
+        m_nCurrentId = 0;
+    }
     int nHighestId = 0;
     for (const auto& pFunction : m_lstFunctions)
         nHighestId = std::max(nHighestId, pFunction->getId());

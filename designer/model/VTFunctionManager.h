@@ -32,8 +32,9 @@ public:
 
     // Takes ownership, and always makes the name unique first. An index inside the list inserts
     // there and keeps the id (undo puts a removed function back this way); any other index
-    // appends, and a function without an id (-1) gets the next one. Returns the index the
-    // function got, or -1 without taking it for a null function or one already in the list.
+    // appends, and a function without an id (-1) gets the next one (a free one, should the
+    // counter have reached the largest int). Returns the index the function got, or -1 without
+    // taking it for a null function or one already in the list.
     int addFunction(VTFunction* pFunction, int nIndex = -1);
     // Hands the function back to the caller without deleting it; returns its former index or -1.
     int detachFunction(VTFunction* pFunction);
@@ -52,8 +53,9 @@ public:
     void serialize(QJsonObject& json) const;
     // Reads the counter and appends one function per array item, names and ids as the file holds
     // them. Items that are not objects are skipped and a list longer than kMaxFunctionCount is
-    // refused; a counter below an id in use is raised, so that no new function shares that id.
-    // Everything of the kind is noted in pWarnings; returns false when anything was.
+    // refused; a negative counter, or one below an id in use, is raised so that no new function
+    // shares an id or gets -1. Everything of the kind is noted in pWarnings; returns false when
+    // anything was. The document reads its "scripts" object with this into a fresh manager.
     bool parse(const QJsonObject& json, QStringList* pWarnings = nullptr);
 
     // The manager's side of copying content from another document. The map's keys are source
@@ -70,6 +72,8 @@ public:
     static constexpr int kMaxFunctionCount = 10000;
 
 private:
+    int takeNextId();
+
     std::vector<std::unique_ptr<VTFunction>> m_lstFunctions;
     int m_nCurrentId = 0;
 };

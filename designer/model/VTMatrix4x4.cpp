@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -9,6 +10,18 @@ constexpr double kMatrixTolerance = 1e-5;
 // The factor of the saved rotations; kept as written so decomposed values match older files.
 constexpr double kDegreesPerRadian = 57.29578;
 constexpr double kPi = 3.14159265358979323846;
+
+// Element geometry read from a file can be arbitrarily large, and converting a double beyond the
+// range of float is undefined; such a value is stored as the infinity it would round to.
+float toFloat(double dValue)
+{
+    constexpr double dMax = std::numeric_limits<float>::max();
+    if (dValue > dMax)
+        return std::numeric_limits<float>::infinity();
+    if (dValue < -dMax)
+        return -std::numeric_limits<float>::infinity();
+    return static_cast<float>(dValue);
+}
 
 double toRadians(double dDegrees)
 {
@@ -105,7 +118,7 @@ VTMatrix4x4::DoubleMatrix VTMatrix4x4::toDouble() const
 void VTMatrix4x4::assign(const DoubleMatrix& arrValues)
 {
     for (int i = 0; i < 16; ++i)
-        m_arrValues[i] = static_cast<float>(arrValues[i]);
+        m_arrValues[i] = toFloat(arrValues[i]);
 }
 
 void VTMatrix4x4::multiplyRight(const DoubleMatrix& arrOperation)
@@ -196,7 +209,7 @@ VTMatrix4x4 VTMatrix4x4::inverted(bool* pbInvertible) const
         arrResult[15] = (m[8] * dS3 - m[9] * dS1 + m[10] * dS0) * dInv;
         // A nearly singular matrix can have an inverse that float cannot hold.
         for (double dValue : arrResult)
-            bOk = bOk && std::isfinite(static_cast<float>(dValue));
+            bOk = bOk && std::isfinite(toFloat(dValue));
     }
     if (pbInvertible)
         *pbInvertible = bOk;
@@ -318,15 +331,15 @@ bool VTMatrix4x4::decompose(VTMatrix4x4Component& component) const
         dRotateX = std::atan2(c1.dZ, c1.dY);
     }
 
-    component.m_fTranslateX = static_cast<float>(m[12]);
-    component.m_fTranslateY = static_cast<float>(m[13]);
-    component.m_fTranslateZ = static_cast<float>(m[14]);
-    component.m_fRotateX = static_cast<float>(dRotateX * kDegreesPerRadian);
-    component.m_fRotateY = static_cast<float>(dRotateY * kDegreesPerRadian);
-    component.m_fRotateZ = static_cast<float>(dRotateZ * kDegreesPerRadian);
-    component.m_fScaleX = static_cast<float>(arrScales[0]);
-    component.m_fScaleY = static_cast<float>(arrScales[1]);
-    component.m_fScaleZ = static_cast<float>(arrScales[2]);
+    component.m_fTranslateX = toFloat(m[12]);
+    component.m_fTranslateY = toFloat(m[13]);
+    component.m_fTranslateZ = toFloat(m[14]);
+    component.m_fRotateX = toFloat(dRotateX * kDegreesPerRadian);
+    component.m_fRotateY = toFloat(dRotateY * kDegreesPerRadian);
+    component.m_fRotateZ = toFloat(dRotateZ * kDegreesPerRadian);
+    component.m_fScaleX = toFloat(arrScales[0]);
+    component.m_fScaleY = toFloat(arrScales[1]);
+    component.m_fScaleZ = toFloat(arrScales[2]);
     return true;
 }
 

@@ -1,6 +1,14 @@
 #include "VTSymbol.h"
 
+#include "IMessageBox.h"
+#include "IUtils.h"
+#include "VTFunctionManager.h"
 #include "VTJsonReader.h"
+#include "VTResourceManager.h"
+
+#include <QDebug>
+#include <QIODevice>
+#include <QJsonDocument>
 
 namespace {
 
@@ -80,17 +88,77 @@ VTSymbol::~VTSymbol() = default;
 bool VTSymbol::loadData(const QJsonObject& object)
 {
     const VTJsonReader reader(object, QString(), &m_lstLoadProblems);
-    m_joScripts = reader.readObject(s_strScriptsKey);
-    m_jaResources = reader.readArray(s_strResourcesKey);
+    if (m_pFunctionManager)
+        m_pFunctionManager->parse(reader.readObject(s_strScriptsKey), &m_lstLoadProblems);
+    if (m_pResourceManager) {
+        const QJsonValue version = object.value(QStringLiteral("docVersion"));
+        int nVersion = VTJsonReader::isInt(version) ? version.toInt() : -1;
+        if (version.isString() && version.toString() == QLatin1String("1.0"))
+            nVersion = 1;
+        bool bMissingFiles = false;
+        if (!m_pResourceManager->parse(reader.readArray(s_strResourcesKey), nVersion, &m_lstLoadProblems,
+                                       &bMissingFiles)) {
+            const auto answer = IMessageBox::instance()->question(
+                IUtils::getApplicationName(),
+                tr("Some resource files cannot be loaded.\nDo you want to continue?"),
+                IMessageBox::Yes | IMessageBox::No);
+            if (answer != IMessageBox::Yes)
+                return false;
+        }
+        if (!m_pResourceManager->loadAllSymbols()) {
+            IMessageBox::instance()->warning(
+                IUtils::getApplicationName(),
+                tr("Cannot open project.\nError while loading symbol resources."), IMessageBox::Ok);
+            return false;
+        }
+    }
     return loadDataWithoutResource(object);
 }
 
 bool VTSymbol::saveData(QJsonObject& object) const
 {
-    object.insert(s_strResourcesKey, m_jaResources);
-    object.insert(s_strScriptsKey, m_joScripts);
+    QJsonArray resources;
+    if (m_pResourceManager)
+        m_pResourceManager->serialize(resources);
+    object.insert(s_strResourcesKey, resources);
+    QJsonObject scripts;
+    if (m_pFunctionManager)
+        m_pFunctionManager->serialize(scripts);
+    object.insert(s_strScriptsKey, scripts);
     saveDataWithoutResource(object);
     return true;
+}
+
+bool VTSymbol::saveTempData(QIODevice* pDevice) const
+{
+    QJsonObject object;
+    saveDataWithoutResource(object);
+    const QByteArray data = QJsonDocument(object).toJson(QJsonDocument::Compact);
+    if (!pDevice || pDevice->write(data) != data.size()) {
+        qWarning() << "Could not save symbol data";
+        return false;
+    }
+    return true;
+}
+
+bool VTSymbol::loadTempData(QIODevice* pDevice)
+{
+    if (!pDevice)
+        return false;
+    QJsonParseError error;
+    const QJsonDocument json = QJsonDocument::fromJson(pDevice->readAll(), &error);
+    if (error.error != QJsonParseError::NoError || !json.isObject()) {
+        qWarning() << "Error while reading symbol data. The data structure is invalid.";
+        return false;
+    }
+    return loadDataWithoutResource(json.object());
+}
+
+void VTSymbol::serializeToExport(QJsonObject& object, bool bStage) const
+{
+    Q_UNUSED(bStage)
+    object.insert(QStringLiteral("align"), m_joPreserved.value(QStringLiteral("align")).toInt());
+    object.insert(QStringLiteral("af"), m_joPreserved.value(QStringLiteral("autofit")).toBool());
 }
 
 bool VTSymbol::loadDataWithoutResource(const QJsonObject& object)

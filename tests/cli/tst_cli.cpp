@@ -1,6 +1,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -150,6 +151,27 @@ void TestCli::damagedContentIsReported()
     QVERIFY(result.strErr.contains(QStringLiteral("\"scenes\"")));
     QVERIFY(result.strOut.contains(QStringLiteral("0 x 600 px")));
     QVERIFY(result.strOut.contains(QStringLiteral("2 problems")));
+
+    // A resource naming a file outside its folder is refused and named; without a user to say
+    // go on, a project with resources left out does not open.
+    QJsonObject hostile = sample();
+    document = hostile.value(QStringLiteral("document")).toObject();
+    document.insert(QStringLiteral("resources"),
+                    QJsonArray{QJsonObject{{"id", 1},
+                                           {"uuid", QStringLiteral("{0b6c1f3e-8a59-4f0e-9d59-3b0f7e0c6a11}")},
+                                           {"name", "key"},
+                                           {"type", 8},
+                                           {"fileName", "../../keys"}}});
+    hostile.insert(QStringLiteral("document"), document);
+    const QString hostilePath = QDir(m_dir.path()).filePath(QStringLiteral("hostile/hostile.vetra"));
+    QVERIFY(writeProject(hostilePath, hostile));
+    const Result refused = runVetra({QStringLiteral("check"), hostilePath});
+    QCOMPARE(refused.nExitCode, 1);
+    QVERIFY2(
+        refused.strErr.contains(QStringLiteral("Resource \"key\": the file name \"../../keys\" does not lie "
+                                               "inside the resource folder")),
+        qPrintable(refused.strErr));
+    QVERIFY(refused.strErr.contains(QStringLiteral("Some resource files cannot be loaded.")));
 }
 
 void TestCli::commandLine()

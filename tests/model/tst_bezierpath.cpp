@@ -179,6 +179,22 @@ void TestBezierPath::keyAnchorsAndInversion()
     QCOMPARE(path.getKeyPointIndexes(0), QList<int>{0});
     QCOMPARE(path.getKeyPointIndexes(1000), QList<int>{4});
     VERIFY_SPANS(path);
+
+    // A key outside the range mirrors below 0 and so becomes a plain anchor, not a key at 0;
+    // one near the largest int must not overflow on the way.
+    lst[3]->setKeyTime(1200);
+    path.invertAnchorPoints(0, 2); // keys 0 and 500
+    QCOMPARE(path.getAnchorPoints(), (QList<VTAnchorPoint*>{lst[4], lst[3], lst[2], lst[1], lst[0]}));
+    QCOMPARE(lst[3]->getKeyTime(), -1);
+    QCOMPARE(path.getKeyPointIndexes(0), QList<int>{0});
+    const int nMax = std::numeric_limits<int>::max();
+    lst[2]->setKeyTime(nMax);
+    lst[1]->setKeyTime(0);
+    lst[0]->setKeyTime(nMax);
+    path.invertAnchorPoints(2, 4); // both ends at the largest int, 0 in between
+    QCOMPARE(lst[1]->getKeyTime(), nMax);
+    QCOMPARE(lst[0]->getKeyTime(), nMax);
+    VERIFY_SPANS(path);
 }
 
 void TestBezierPath::offsetAndClosedness()

@@ -3,6 +3,7 @@
 #include "VTDocument.h"
 #include "VTFileLocker.h"
 #include "VTLocationManager.h"
+#include "VTResourceManager.h"
 
 #include <QDir>
 #include <QFile>
@@ -194,13 +195,15 @@ void TestDocumentFiles::saveAsLeavesOldProjectAndCarriesFiles()
         writeBytes(QDir(oldFolder).filePath("source_res/image.png"), QByteArray(3 * 1024 * 1024 + 5, 'i')));
     QVERIFY(writeBytes(QDir(oldFolder).filePath("source_res/sub/notes.txt"), "notes"));
     QVERIFY(writeBytes(QDir(oldFolder).filePath("source_res/vtplayer.js"), "player"));
-    QVERIFY(writeBytes(QDir(oldFolder).filePath("source_res/preloader/preloader.vetra"), "pre"));
     QVERIFY(writeBytes(QDir(oldFolder).filePath("SOURCE_res/upper.txt"), "upper"));
 
     VTDocument document;
     document.setFileName(oldPath);
     QVERIFY(document.open());
     QVERIFY(document.addFileHistory(QStringLiteral("image.png"), true));
+    auto* pImage = new VTResource(VTResource::Image);
+    pImage->setFileName(QStringLiteral("image.png"));
+    document.getResourceManager()->addResource(pImage);
     QVERIFY(document.addFileHistory(QStringLiteral("sub/notes.txt"), true));
     QVERIFY(document.addFileHistory(QStringLiteral("vtplayer.js"), true));
     QVERIFY(document.addFileHistory(QStringLiteral("gone.png"), true));
@@ -216,11 +219,11 @@ void TestDocumentFiles::saveAsLeavesOldProjectAndCarriesFiles()
     QVERIFY(document.save(targetPath));
     QVERIFY(messages.m_lstMessages.isEmpty());
 
-    // The old project stays exactly as it was last saved, with all its files.
+    // The old project stays as it was last saved, with the files its resources use; a file that
+    // no resource uses any more moves to the new project only.
     QCOMPARE(readBytes(oldPath), oldBytes);
     QVERIFY(QFileInfo::exists(QDir(oldFolder).filePath("source_res/image.png")));
-    QVERIFY(QFileInfo::exists(QDir(oldFolder).filePath("source_res/sub/notes.txt")));
-    QVERIFY(QFileInfo::exists(QDir(oldFolder).filePath("source_res/preloader/preloader.vetra")));
+    QVERIFY(!QFileInfo::exists(QDir(oldFolder).filePath("source_res/sub/notes.txt")));
 
     // The new one holds the edit and copies of the files it owns.
     QCOMPARE(document.getFileName(), targetPath);
@@ -228,8 +231,6 @@ void TestDocumentFiles::saveAsLeavesOldProjectAndCarriesFiles()
     QCOMPARE(readBytes(QDir(targetFolder).filePath("target_res/image.png")),
              readBytes(QDir(oldFolder).filePath("source_res/image.png")));
     QCOMPARE(readBytes(QDir(targetFolder).filePath("target_res/sub/notes.txt")), QByteArray("notes"));
-    QCOMPARE(readBytes(QDir(targetFolder).filePath("target_res/preloader/preloader.vetra")),
-             QByteArray("pre"));
     QVERIFY(!QFileInfo::exists(QDir(targetFolder).filePath("target_res/vtplayer.js")));
     QCOMPARE(readBytes(QDir(targetFolder).filePath("target_res/upper.txt")), QByteArray("upper"));
     QCOMPARE(document.getFileHistory(),
@@ -374,17 +375,23 @@ void TestDocumentFiles::closingKeepsFilesOfSavedProjects()
     const QString resources =
         QDir(QFileInfo(filePath).absolutePath()).filePath(QStringLiteral("closing_res"));
     QVERIFY(writeBytes(QDir(resources).filePath("a.png"), "a"));
+    QVERIFY(writeBytes(QDir(resources).filePath("stale.png"), "s"));
     {
         VTDocument document;
         document.setFileName(filePath);
         QVERIFY(document.open());
         QVERIFY(document.addFileHistory(QStringLiteral("a.png"), true));
+        QVERIFY(document.addFileHistory(QStringLiteral("stale.png"), true));
+        auto* pImage = new VTResource(VTResource::Image);
+        pImage->setFileName(QStringLiteral("a.png"));
+        document.getResourceManager()->addResource(pImage);
         QSignalSpy closing(&document, &IDocument::aboutToClose);
         QVERIFY(document.close());
         QCOMPARE(closing.count(), 1);
-        // Without a resource model every file counts as used: a saved project loses nothing.
+        // A saved project keeps what its resources use; what it wrote and no longer uses goes.
         QVERIFY(QFileInfo::exists(filePath));
         QVERIFY(QFileInfo::exists(QDir(resources).filePath("a.png")));
+        QVERIFY(!QFileInfo::exists(QDir(resources).filePath("stale.png")));
         QVERIFY(document.getFileLocker()->getLockedFiles().isEmpty());
     }
     QVERIFY(messages.m_lstMessages.isEmpty());

@@ -1,7 +1,9 @@
 #include "MessageRecorder.h"
 #include "VTDocument.h"
 #include "VTFileLocker.h"
+#include "VTLoadIndicatorProps.h"
 #include "VTLocationManager.h"
+#include "VTResourceManager.h"
 
 #include <QColor>
 #include <QDir>
@@ -114,14 +116,32 @@ QJsonObject TestDocumentFormat::fullProject() const
         {QStringLiteral("scenes"), QJsonArray{scene, scene}},
         {QStringLiteral("events"), QJsonArray{QJsonObject{{QStringLiteral("type"), 50}}}},
         {QStringLiteral("layoutBreakpoints"), QJsonObject{{QStringLiteral("h"), QJsonArray{480}}}},
-        {QStringLiteral("resources"), QJsonArray{QJsonObject{{QStringLiteral("id"), 7}}}},
-        {QStringLiteral("scripts"), QJsonObject{{QStringLiteral("functions"), QJsonArray{}}}},
+        // A script linked by URL: a resource with no file to look for.
+        {QStringLiteral("resources"),
+         QJsonArray{
+             QJsonObject{{QStringLiteral("id"), 7},
+                         {QStringLiteral("uuid"), QStringLiteral("{0b6c1f3e-8a59-4f0e-9d59-3b0f7e0c6a11}")},
+                         {QStringLiteral("name"), QStringLiteral("lib")},
+                         {QStringLiteral("deleted"), false},
+                         {QStringLiteral("type"), 5},
+                         {QStringLiteral("dataSize"), 0},
+                         {QStringLiteral("fileName"), QStringLiteral("https://example.invalid/lib.js")},
+                         {QStringLiteral("resourceType"), 1},
+                         {QStringLiteral("includeHeader"), true}}}},
+        {QStringLiteral("scripts"),
+         QJsonObject{{QStringLiteral("current_id"), 0}, {QStringLiteral("functions"), QJsonArray{}}}},
         {QStringLiteral("docVersion"), 3},
         {QStringLiteral("autoplay"), false},
         {QStringLiteral("autoKeyframeMode"), true},
         {QStringLiteral("hasCustomLoader"), true},
         {QStringLiteral("loaderType"), 1},
-        {QStringLiteral("defaultLoadingIndicatorProps"), QJsonObject{{QStringLiteral("diameter"), 120}}},
+        {QStringLiteral("defaultLoadingIndicatorProps"),
+         QJsonObject{{QStringLiteral("diameter"), 120},
+                     {QStringLiteral("density"), 9},
+                     {QStringLiteral("range"), 1.5},
+                     {QStringLiteral("speed"), 2},
+                     {QStringLiteral("color"), double(qRgb(1, 2, 3))},
+                     {QStringLiteral("shape"), 4}}},
         {QStringLiteral("embedSytemFont"), true},
         {QStringLiteral("resFolderHtml5Output"), QStringLiteral("media")},
         {QStringLiteral("preResFolderHtml5Output"), QStringLiteral("premedia")},
@@ -161,14 +181,10 @@ void TestDocumentFormat::newProjectDefaults()
         QCOMPARE(document.isAutoplay(), true);
         QCOMPARE(document.isAutoKeyframeMode(), false);
         QCOMPARE(document.hasCustomLoader(), false);
-        QCOMPARE(document.getLoaderType(), 0);
-        const QJsonObject props = document.getDefaultLoadingIndicatorProps();
-        QCOMPARE(props.value("diameter").toInt(), 60);
-        QCOMPARE(props.value("density").toInt(), 9);
-        QCOMPARE(props.value("range").toDouble(), 1.0);
-        QCOMPARE(props.value("speed").toInt(), 1);
-        QCOMPARE(props.value("color").toDouble(), double(QColor("#2090e6").rgb()));
-        QCOMPARE(props.value("shape").toInt(), 0);
+        QCOMPARE(document.getLoaderType(), VT::DefaultPreloader);
+        const VTLoadIndicatorProps props = *document.getDefaultLoadingIndicatorProps();
+        QCOMPARE(props.getDiameter(), 60);
+        QCOMPARE(props.getColor(), QColor("#2090e6"));
         QCOMPARE(document.isEmbedSystemFont(), false);
         QCOMPARE(document.getResFolderHTML5Output(), QStringLiteral("resources"));
         QCOMPARE(document.getPreloaderResFolderHTML5Output(), QStringLiteral("preloader_resources"));
@@ -199,7 +215,7 @@ void TestDocumentFormat::newProjectDefaults()
         QCOMPARE(reopened.getContainerID(), containerId);
         QCOMPARE(reopened.isAutoplay(), true);
         QCOMPARE(reopened.getViewportWMeta(), document.getViewportWMeta());
-        QCOMPARE(reopened.getDefaultLoadingIndicatorProps(), props);
+        QVERIFY(*reopened.getDefaultLoadingIndicatorProps() == props);
         QCOMPARE(reopened.isInitResponsive(), bResponsive);
     }
     QVERIFY(messages.m_lstMessages.isEmpty());
@@ -220,8 +236,8 @@ void TestDocumentFormat::absentKeysReadAsFileDefaults()
     QCOMPARE(document.isAutoplay(), false);
     QCOMPARE(document.isAutoKeyframeMode(), false);
     QCOMPARE(document.hasCustomLoader(), false);
-    QCOMPARE(document.getLoaderType(), 0);
-    QVERIFY(document.getDefaultLoadingIndicatorProps().isEmpty());
+    QCOMPARE(document.getLoaderType(), VT::DefaultPreloader);
+    QCOMPARE(document.getDefaultLoadingIndicatorProps()->getDiameter(), 0);
     QCOMPARE(document.isEmbedSystemFont(), false);
     QCOMPARE(document.getResFolderHTML5Output(), QString());
     QCOMPARE(document.getPreloaderResFolderHTML5Output(), QString());
@@ -267,7 +283,7 @@ void TestDocumentFormat::roundTripKeepsEveryKey()
     QCOMPARE(document.isAutoplay(), false);
     QCOMPARE(document.isAutoKeyframeMode(), true);
     QCOMPARE(document.hasCustomLoader(), true);
-    QCOMPARE(document.getLoaderType(), 1);
+    QCOMPARE(document.getLoaderType(), VT::CustomPreloader);
     QCOMPARE(document.isEmbedSystemFont(), true);
     QCOMPARE(document.getResFolderHTML5Output(), QStringLiteral("media"));
     QCOMPARE(document.getPreloaderResFolderHTML5Output(), QStringLiteral("premedia"));
@@ -277,7 +293,7 @@ void TestDocumentFormat::roundTripKeepsEveryKey()
     QCOMPARE(document.getHtmlOutput() + document.getCssDoc(), QStringLiteral("<html></html>body{}"));
     QCOMPARE(document.isInitResponsive(), true);
     QCOMPARE(document.getRawSceneCount(), 2);
-    QCOMPARE(document.getRawResourceCount(), 1);
+    QCOMPARE(document.getResourceManager()->getIdResourceMap().size(), 1);
     QCOMPARE(VTLocationManager::getInstance()->getHistoryLocation(&document, VTLocationManager::ExportImage),
              QStringLiteral("/pictures"));
 
@@ -381,7 +397,7 @@ void TestDocumentFormat::docVersionCases()
         // Keys read in every format.
         QCOMPARE(opened.isAutoKeyframeMode(), true);
         QCOMPARE(opened.isEmbedSystemFont(), true);
-        QCOMPARE(opened.getLoaderType(), 1);
+        QCOMPARE(opened.getLoaderType(), VT::CustomPreloader);
         QCOMPARE(hasProblemAbout(opened, QStringLiteral("docVersion")), c.bNoted);
     }
 }
@@ -566,8 +582,8 @@ void TestDocumentFormat::wrongTypesFallBackAndAreReported()
     QCOMPARE(opened.getViewportWMeta(), 0);
     QCOMPARE(opened.getViewportHMeta(), 0);
     QCOMPARE(opened.getRawSceneCount(), 0);
-    QCOMPARE(opened.getRawResourceCount(), 0);
-    QVERIFY(opened.getDefaultLoadingIndicatorProps().isEmpty());
+    QCOMPARE(opened.getResourceManager()->getIdResourceMap().size(), 0);
+    QCOMPARE(opened.getDefaultLoadingIndicatorProps()->getDiameter(), 0);
     for (const char* pszKey : {"width", "height", "autoplay", "viewportWMeta", "viewportHMeta", "containerID",
                                "scenes", "align", "resources", "scripts", "defaultLoadingIndicatorProps"})
         QVERIFY2(hasProblemAbout(opened, QString::fromLatin1(pszKey)), pszKey);

@@ -7,6 +7,7 @@
 #include <QSet>
 #include <QtTest>
 
+#include <limits>
 #include <memory>
 
 namespace {
@@ -263,6 +264,13 @@ void TestFunctions::managerJson()
     QJsonObject joEmpty;
     empty.serialize(joEmpty);
     QCOMPARE(joEmpty, QJsonObject({{"current_id", 0}, {"functions", QJsonArray()}}));
+    // A project without "scripts" hands the document an empty object: no complaint, same result.
+    VTFunctionManager fromNothing;
+    QStringList lstNotes;
+    QVERIFY(fromNothing.parse(QJsonObject(), &lstNotes) && lstNotes.isEmpty());
+    QJsonObject joNothing;
+    fromNothing.serialize(joNothing);
+    QCOMPARE(joNothing, joEmpty);
 
     VTFunctionManager manager;
     manager.addFunction(makeFunction("first", {"x"}, "x++;"));
@@ -318,6 +326,23 @@ void TestFunctions::hostileManagerJson()
     QCOMPARE(manager.getCurrentId(), 5);
     manager.addFunction(makeFunction("fresh"));
     QCOMPARE(manager.findFunctionByName("fresh")->getId(), 6);
+
+    // A negative counter would hand out -1, the mark of a function never added; a counter at the
+    // largest int must not overflow, so the next function gets a free id instead.
+    lstWarnings.clear();
+    VTFunctionManager negative;
+    QVERIFY(!negative.parse(QJsonObject{{"current_id", -2}}, &lstWarnings));
+    QCOMPARE(lstWarnings.size(), 1);
+    negative.addFunction(makeFunction("a"));
+    QCOMPARE(negative.findFunctionByName("a")->getId(), 1);
+    VTFunctionManager saturated;
+    const int nMax = std::numeric_limits<int>::max();
+    QVERIFY(saturated.parse(QJsonObject{
+        {"current_id", nMax},
+        {"functions", QJsonArray{QJsonObject{{"id", 1}, {"name", "one"}}, QJsonObject{{"id", nMax}}}}}));
+    saturated.addFunction(makeFunction("next"));
+    QCOMPARE(saturated.findFunctionByName("next")->getId(), 2);
+    QCOMPARE(saturated.getCurrentId(), nMax);
 
     lstWarnings.clear();
     VTFunctionManager flooded;

@@ -172,11 +172,18 @@ void TestMatrix4x4::determinantAndInverse()
                   {-2, 1.5, 0, 0, 1, -0.5, 0, 0, 0, 0, -4, 3.5, 0, 0, 3, -2.5});
     QVERIFY(bInvertible);
 
-    // A matrix with a row mixed into every entry, inverted and multiplied back.
+    // A matrix with a row mixed into every entry, inverted and multiplied back. Its determinant,
+    // -8 by cofactor expansion along the first row, needs every term of the expansion with its
+    // sign; a mirror of one axis has -1.
     VTMatrix4x4 general;
     general.set(2, -1, 0, 0.5, 1, 3, -2, 0, 0, 1, 4, -1, 7, -3, 2, 1);
+    QCOMPARE(general.determinant(), -8.0);
     const VTMatrix4x4 inverse = general.inverted(&bInvertible);
     QVERIFY(bInvertible);
+    QVERIFY(std::abs(inverse.determinant() + 0.125) < 1e-7);
+    VTMatrix4x4 mirror;
+    mirror.scale(1, -1, 1);
+    QCOMPARE(mirror.determinant(), -1.0);
     VTMatrix4x4 roundTrip = general;
     roundTrip.multiply(inverse);
     VERIFY_MATRIX(roundTrip, kIdentity, 1e-5);

@@ -536,8 +536,18 @@ bool VTResourceManager::loadAllSymbols()
         if (pResource->getType() != VTResource::Symbol || m_mapSymbols.contains(pResource))
             continue;
         VTSymbol* pSymbol = loadSymbol(pResource);
-        if (!pSymbol)
+        if (!pSymbol) {
+            if (m_pDocument)
+                m_pDocument->addLoadProblem(tr("Symbol \"%1\": its data file \"%2\" does not read.")
+                                                .arg(pResource->getName(), pResource->getFileName()));
             return false;
+        }
+        // What the symbol's own file lost belongs to the project's list of what did not load.
+        if (m_pDocument) {
+            const QStringList problems = pSymbol->getLoadProblems();
+            for (const QString& problem : problems)
+                m_pDocument->addLoadProblem(tr("Symbol \"%1\": %2").arg(pResource->getName(), problem));
+        }
         m_mapSymbols.insert(pResource, pSymbol);
     }
     return true;

@@ -3,24 +3,26 @@
 #include "ContextAction.h"
 #include "EditorManager.h"
 #include "ICreateDocumentDlg.h"
-#include "RecentFiles.h"
 #include "IDocument.h"
 #include "IEditor.h"
 #include "MainWindow.h"
+#include "MessageRecorder.h"
 #include "PluginManager.h"
 #include "PluginSpec.h"
-#include "MessageRecorder.h"
+#include "RecentFiles.h"
 #include "WebChannelServer.h"
+#include <QJsonArray>
+#include <QUuid>
 
 #include <QApplication>
 #include <QDockWidget>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLineEdit>
-#include <QSpinBox>
 #include <QMdiArea>
 #include <QMenu>
 #include <QSettings>
+#include <QSpinBox>
 #include <QTemporaryDir>
 #include <QWebEngineView>
 #include <QtTest>
@@ -35,7 +37,8 @@ const QStringList kDockNames{"spInspectorDockWidget", "spScenesDockWidget", "spD
 bool copyDir(const QString& from, const QString& to)
 {
     QDir().mkpath(to);
-    for (const QFileInfo& info : QDir(from).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden)) {
+    for (const QFileInfo& info :
+         QDir(from).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden)) {
         const QString target = to + "/" + info.fileName();
         if (info.isDir() ? !copyDir(info.filePath(), target) : !QFile::copy(info.filePath(), target))
             return false;
@@ -54,6 +57,7 @@ private slots:
     void welcomePageReachesTheChannel();
     void openProjectShowsDocks();
     void newProjectThroughTheDialog();
+    void damagedProjectIsReportedOnce();
     void shutdownSavesLayoutWithTimelineDocked();
 
 private:
@@ -129,14 +133,16 @@ void TestDesignerPlugin::openProjectShowsDocks()
     QVERIFY2(m_pWindow->openFile(file), qPrintable(m_box.getTexts().join('\n')));
     IEditor* pEditor = EditorManager::activeEditor();
     QVERIFY(pEditor);
-    QCOMPARE(QFileInfo(pEditor->getDocument()->getFileName()).canonicalFilePath(), QFileInfo(file).canonicalFilePath());
+    QCOMPARE(QFileInfo(pEditor->getDocument()->getFileName()).canonicalFilePath(),
+             QFileInfo(file).canonicalFilePath());
     QCOMPARE(m_pWindow->getMdiArea()->subWindowList().size(), 1);
     QVERIFY(m_pWindow->windowTitle().startsWith("welcome"));
     QTRY_VERIFY(!m_pWindow->findChild<QWebEngineView*>("welcomeView")->isVisible());
     for (const QString& name : kDockNames)
         QVERIFY2(!dock(name)->isHidden(), qPrintable(name));
     // Tab groups exist only among shown docks.
-    QVERIFY(m_pWindow->tabifiedDockWidgets(dock("spScenesDockWidget")).contains(dock("spDocPropertiesWidget")));
+    QVERIFY(
+        m_pWindow->tabifiedDockWidgets(dock("spScenesDockWidget")).contains(dock("spDocPropertiesWidget")));
     const QList<QDockWidget*> withResources = m_pWindow->tabifiedDockWidgets(dock("spResourcesWidget"));
     for (const char* name : {"spElementsWidget", "spFunctionsWidget", "spBreakpointsWidget"})
         QVERIFY2(withResources.contains(dock(name)), name);
@@ -192,6 +198,42 @@ void TestDesignerPlugin::newProjectThroughTheDialog()
     QVERIFY(m_pWindow->closeProject());
     QTRY_COMPARE(EditorManager::getEditors().size(), 1);
     QVERIFY(QFileInfo(file).isFile());
+}
+
+void TestDesignerPlugin::damagedProjectIsReportedOnce()
+{
+    const QString folder = m_dir.filePath("damaged");
+    QVERIFY(copyDir(QStringLiteral(VETRA_EXAMPLES_DIR "/welcome"), folder));
+    QFile file(folder + "/welcome.vetra");
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QJsonObject root = QJsonDocument::fromJson(file.readAll()).object();
+    file.close();
+    QJsonObject document = root.value("document").toObject();
+    document.insert("resources", QJsonArray{QJsonObject{{"id", 1},
+                                                        {"uuid", QUuid::createUuid().toString()},
+                                                        {"name", "gone"},
+                                                        {"type", 0},
+                                                        {"fileName", "gone.png"}}});
+    root.insert("document", document);
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(QJsonDocument(root).toJson());
+    file.close();
+
+    m_box.clear();
+    m_box.m_lstAnswers << IMessageBox::Yes;
+    const int nEditors = EditorManager::getEditors().size();
+    QVERIFY2(m_pWindow->openFile(file.fileName()), qPrintable(m_box.getTexts().join('\n')));
+    QCOMPARE(EditorManager::getEditors().size(), nEditors + 1);
+    // The user is asked whether to go on, then told once, after the window is up, what was lost.
+    QTRY_COMPARE(m_box.getTexts(MessageRecorder::Warning).size(), 1);
+    const QString warning = m_box.getTexts(MessageRecorder::Warning).first();
+    QVERIFY2(warning.contains("could not be read") && warning.contains("\"gone.png\" is missing"),
+             qPrintable(warning));
+    QCOMPARE(m_box.getTexts(MessageRecorder::Question).size(), 1);
+    QTest::qWait(50);
+    QCOMPARE(m_box.getTexts(MessageRecorder::Warning).size(), 1);
+    QVERIFY(m_pWindow->closeProject());
+    QTRY_COMPARE(EditorManager::getEditors().size(), nEditors);
 }
 
 void TestDesignerPlugin::shutdownSavesLayoutWithTimelineDocked()

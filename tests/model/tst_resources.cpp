@@ -8,6 +8,7 @@
 #include "VTGoogleFontInfo.h"
 #include "VTOtherResource.h"
 #include "VTResourceManager.h"
+#include "VTSymbol.h"
 
 #include <QDir>
 #include <QFile>
@@ -117,6 +118,7 @@ private slots:
     void oldHashedFilesAreMigrated();
     void googleFontQueries();
     void fontsRegisterAndPixmapsLoad();
+    void symbolResourcesKeepTheirFiles();
 
 private:
     QTemporaryDir m_tmp;
@@ -638,6 +640,60 @@ void TestResources::fontsRegisterAndPixmapsLoad()
         QCOMPARE(fonts.getCount(), 0);
         document.close();
     }
+}
+
+void TestResources::symbolResourcesKeepTheirFiles()
+{
+    MessageRecorder messages;
+    const QString path =
+        writeProject(m_tmp.path() + "/symbols", {entry(1, 3, "Button", "Button.vetrasym")}, {});
+    const QString folder = m_tmp.path() + "/symbols/show/show_res/";
+    QVERIFY(writeBytes(folder + "Button.vetrasym", R"({"width":120,"height":40,"title":"b","scenes":"x"})"));
+    {
+        VTDocument document;
+        document.setFileName(path);
+        QVERIFY(document.open());
+        VTResourceManager* pManager = document.getResourceManager();
+        VTResource* pResource = pManager->findResourceById(1);
+        VTSymbol* pSymbol = pManager->getSymbolForResource(pResource);
+        QVERIFY(pSymbol);
+        QCOMPARE(pManager->getResourceForSymbol(pSymbol), pResource);
+        QCOMPARE(pSymbol->getWidth(), 120);
+        QCOMPARE(pSymbol->getResourceManager(), pManager);
+        // What the symbol's file lost is in the project's list, named by the symbol.
+        QCOMPARE(document.getLoadProblems().size(), 1);
+        QVERIFY(document.getLoadProblems().first().startsWith("Symbol \"Button\": "));
+
+        // A symbol made in the project gets a file named after it, written at the save.
+        auto* pNew = new VTResource(VTResource::Symbol);
+        pNew->setName("Button");
+        auto* pNewSymbol = new VTSymbol();
+        pNewSymbol->setWidth(7);
+        pManager->addResource(pNew, pNewSymbol);
+        QCOMPARE(pNew->getFileName(), QStringLiteral("Button_1.vetrasym"));
+        pSymbol->setWidth(130);
+        QVERIFY(document.save());
+        QCOMPARE(
+            QJsonDocument::fromJson(readBytes(folder + "Button.vetrasym")).object().value("width").toInt(),
+            130);
+        QCOMPARE(
+            QJsonDocument::fromJson(readBytes(folder + "Button_1.vetrasym")).object().value("width").toInt(),
+            7);
+        QVERIFY(document.getFileLocker()->isLocked(folder + "Button_1.vetrasym"));
+        QCOMPARE(savedResources(document).size(), 2);
+        document.close();
+    }
+    QVERIFY(QFileInfo::exists(folder + "Button_1.vetrasym"));
+
+    // A symbol file that is no symbol keeps the project from opening, with a reason.
+    QVERIFY(writeBytes(folder + "Button.vetrasym", "not json"));
+    messages.clear();
+    VTDocument broken;
+    broken.setFileName(path);
+    QVERIFY(!broken.open());
+    QCOMPARE(messages.getTexts(MessageRecorder::Warning),
+             QStringList{"Cannot open project.\nError while loading symbol resources."});
+    QVERIFY(broken.getLoadProblems().join('\n').contains("Button.vetrasym"));
 }
 
 QTEST_MAIN(TestResources)

@@ -119,6 +119,7 @@ private slots:
     void googleFontQueries();
     void fontsRegisterAndPixmapsLoad();
     void symbolResourcesKeepTheirFiles();
+    void folderCopies();
 
 private:
     QTemporaryDir m_tmp;
@@ -694,6 +695,35 @@ void TestResources::symbolResourcesKeepTheirFiles()
     QCOMPARE(messages.getTexts(MessageRecorder::Warning),
              QStringList{"Cannot open project.\nError while loading symbol resources."});
     QVERIFY(broken.getLoadProblems().join('\n').contains("Button.vetrasym"));
+}
+
+void TestResources::folderCopies()
+{
+    QTemporaryDir dir;
+    const QString source = dir.filePath("src");
+    QVERIFY(writeBytes(source + "/a.txt", "a"));
+    QVERIFY(writeBytes(source + "/.hidden", "h"));
+    QVERIFY(writeBytes(source + "/sub/b.txt", "b"));
+    QVERIFY(writeBytes(dir.filePath("outside.txt"), "o"));
+    // Links are not followed: they could lead out of the tree or round in a loop.
+    QVERIFY(QFile::link(dir.filePath("outside.txt"), source + "/link.txt"));
+    QVERIFY(QFile::link(source, source + "/sub/loop"));
+
+    QVERIFY(VTResourceManager::copyDir(source, dir.filePath("copy")));
+    QCOMPARE(readBytes(dir.filePath("copy/.hidden")), QByteArray("h"));
+    QCOMPARE(readBytes(dir.filePath("copy/sub/b.txt")), QByteArray("b"));
+    QVERIFY(!QFileInfo::exists(dir.filePath("copy/link.txt")));
+    QVERIFY(!QFileInfo::exists(dir.filePath("copy/sub/loop")));
+    // A plain copy never replaces a file that is there.
+    QVERIFY(!VTResourceManager::copyDir(source, dir.filePath("copy")));
+    QVERIFY(!VTResourceManager::copyDir(dir.filePath("none"), dir.filePath("copy2")));
+    QVERIFY(!VTResourceManager::copyDir(source, dir.filePath("no/parent/copy")));
+
+    QVERIFY(writeBytes(dir.filePath("copy/a.txt"), "changed"));
+    QVERIFY(VTResourceManager::copyDirRecursive(source, dir.filePath("copy"), false));
+    QCOMPARE(readBytes(dir.filePath("copy/a.txt")), QByteArray("changed"));
+    QVERIFY(VTResourceManager::copyDirRecursive(source, dir.filePath("copy"), true));
+    QCOMPARE(readBytes(dir.filePath("copy/a.txt")), QByteArray("a"));
 }
 
 QTEST_MAIN(TestResources)

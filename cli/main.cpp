@@ -3,6 +3,7 @@
 #include "VTCheckCommand.h"
 #include "VTCliApplication.h"
 #include "VTCliMessageBox.h"
+#include "VTResaveCommand.h"
 
 #include <QCoreApplication>
 #include <QTextStream>
@@ -38,6 +39,7 @@ int main(int argc, char* argv[])
 
     VTCliApplication cli;
     cli.addCommand(std::make_unique<VTCheckCommand>());
+    cli.addCommand(std::make_unique<VTResaveCommand>());
     const int nExitCode = cli.run(QCoreApplication::arguments().mid(1), out, err);
 
     out.flush();

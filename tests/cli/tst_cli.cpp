@@ -59,6 +59,7 @@ private slots:
     void sampleChecksAndStaysUntouched();
     void refusedProjectsFail();
     void damagedContentIsReported();
+    void resaveWritesACopyAndLeavesTheOriginal();
     void commandLine();
 
 private:
@@ -172,6 +173,67 @@ void TestCli::damagedContentIsReported()
                                                "inside the resource folder")),
         qPrintable(refused.strErr));
     QVERIFY(refused.strErr.contains(QStringLiteral("Some resource files cannot be loaded.")));
+}
+
+void TestCli::resaveWritesACopyAndLeavesTheOriginal()
+{
+    QJsonObject project = sample();
+    QJsonObject document = project.value(QStringLiteral("document")).toObject();
+    document.insert(QStringLiteral("resources"),
+                    QJsonArray{QJsonObject{{"id", 4},
+                                           {"uuid", QStringLiteral("{0b6c1f3e-8a59-4f0e-9d59-3b0f7e0c6a11}")},
+                                           {"name", "logo.png"},
+                                           {"deleted", false},
+                                           {"type", 0},
+                                           {"dataSize", 4},
+                                           {"fileName", "logo.png"}}});
+    project.insert(QStringLiteral("document"), document);
+    const QString inPath = QDir(m_dir.path()).filePath(QStringLiteral("resave/in/in.vetra"));
+    QVERIFY(writeProject(inPath, project));
+    const QString logo = QDir(m_dir.path()).filePath(QStringLiteral("resave/in/in_res/logo.png"));
+    QDir().mkpath(QFileInfo(logo).absolutePath());
+    {
+        QFile file(logo);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("logo") == 4);
+    }
+    QFile in(inPath);
+    QVERIFY(in.open(QIODevice::ReadOnly));
+    const QByteArray inBytes = in.readAll();
+    in.close();
+
+    const QString outPath = QDir(m_dir.path()).filePath(QStringLiteral("resave/out/out.vetra"));
+    Result result = runVetra({QStringLiteral("resave"), inPath, outPath});
+    QVERIFY2(result.nExitCode == 0, qPrintable(result.strErr));
+    QCOMPARE(result.strOut.trimmed(), QDir::toNativeSeparators(outPath));
+    QVERIFY(QFileInfo(QDir(m_dir.path()).filePath(QStringLiteral("resave/out/out_res/logo.png"))).isFile());
+    QVERIFY(in.open(QIODevice::ReadOnly));
+    QCOMPARE(in.readAll(), inBytes);
+    in.close();
+    QVERIFY(QFileInfo(logo).isFile());
+
+    // What the model writes, it reads back to the same: a second round changes nothing.
+    const QString againPath = QDir(m_dir.path()).filePath(QStringLiteral("resave/again/again.vetra"));
+    result = runVetra({QStringLiteral("resave"), outPath, againPath});
+    QCOMPARE(result.nExitCode, 0);
+    const auto readDocument = [](const QString& path) {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object()
+                                              : QJsonObject();
+    };
+    QCOMPARE(readDocument(againPath), readDocument(outPath));
+    QCOMPARE(readDocument(outPath).value("document").toObject().value("resources"),
+             document.value("resources"));
+
+    // An existing project is never replaced, and bad arguments say how it is used.
+    result = runVetra({QStringLiteral("resave"), inPath, outPath});
+    QCOMPARE(result.nExitCode, 1);
+    QVERIFY(result.strErr.contains(QStringLiteral("exists already")));
+    QCOMPARE(runVetra({QStringLiteral("resave"), inPath}).nExitCode, 2);
+    QCOMPARE(runVetra({QStringLiteral("resave"), inPath, outPath + QStringLiteral(".txt")}).nExitCode, 2);
+    result = runVetra({QStringLiteral("resave"), QDir(m_dir.path()).filePath(QStringLiteral("none.vetra")),
+                       QDir(m_dir.path()).filePath(QStringLiteral("resave/x/x.vetra"))});
+    QCOMPARE(result.nExitCode, 1);
+    QVERIFY(result.strErr.contains(QStringLiteral("File doesn't exist.")));
 }
 
 void TestCli::commandLine()

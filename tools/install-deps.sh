@@ -4,7 +4,7 @@
 set -euo pipefail
 
 packages=(
-    g++ cmake ninja-build ccache pkg-config
+    g++ clang cmake ninja-build ccache pkg-config
     qtbase5-dev qtbase5-dev-tools qtwebengine5-dev qtwebengine5-dev-tools
     libqt5websockets5-dev libqt5webchannel5-dev libqt5svg5-dev
     libquazip1-qt5-dev

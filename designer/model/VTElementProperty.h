@@ -189,12 +189,14 @@ public:
     static void parseInherit(const QJsonArray& array, QMap<int, bool>& mapInherits,
                              const VTJsonReader& reader);
 
-private:
-    // "r" and "t"; adds "t" to the drop list when the transform is at its defaults.
-    void writeGeometry(QJsonObject& json, bool bOverride, QStringList& lstDrop) const;
+protected:
     // Whether a group of keys is written: always for the base, and for another layout when one of
     // its properties does not inherit.
     bool isGroupWritten(bool bOverride, std::initializer_list<int> properties) const;
+
+private:
+    // "r" and "t"; adds "t" to the drop list when the transform is at its defaults.
+    void writeGeometry(QJsonObject& json, bool bOverride, QStringList& lstDrop) const;
 
     double m_dPositionX = 300.0;
     double m_dPositionY = 300.0;

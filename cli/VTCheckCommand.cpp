@@ -66,13 +66,14 @@ int VTCheckCommand::run(const QStringList& arguments, QTextStream& out, QTextStr
 
 QString VTCheckCommand::getSummaryLine(const VTDocument& document)
 {
-    return tr("\"%1\", %2 x %3 px, format version %4, %5, %6, %7")
+    return tr("\"%1\", %2 x %3 px, format version %4, %5, %6, %7, %8")
         .arg(document.getName())
         .arg(document.getWidth())
         .arg(document.getHeight())
         .arg(document.getDocVersion())
         .arg(
-            counted(document.getRawSceneCount(), tr("1 scene"), tr("%1 scenes")),
+            counted(document.getSceneCount(), tr("1 scene"), tr("%1 scenes")),
+            counted(document.getElementCount(), tr("1 element"), tr("%1 elements")),
             counted(document.getResourceManager()->getIdResourceMap().size(), tr("1 resource"),
                     tr("%1 resources")),
             counted(document.getFunctionManager()->getFunctionCount(), tr("1 function"), tr("%1 functions")));

@@ -8,6 +8,8 @@
 #include "VTJsonReader.h"
 #include "VTLocationManager.h"
 #include "VTResourceManager.h"
+#include "VTScene.h"
+#include "VTSceneManager.h"
 
 #include <QDebug>
 #include <QDir>
@@ -398,6 +400,23 @@ bool VTDocument::openTempDocument(int nWidth, int nHeight, int nSceneCount, bool
     setWidth(nWidth);
     setHeight(nHeight);
     m_nRequestedSceneCount = qMax(0, nSceneCount);
+    for (int n = 0; n < m_nRequestedSceneCount; ++n) {
+        auto* pScene = new VTScene();
+        pScene->initDefault();
+        if (bResponsive) {
+            // A responsive stage fills whatever the page gives it.
+            pScene->setUnitW(VT::Percent);
+            pScene->setUnitH(VT::Percent);
+            pScene->setSizeW(1.0);
+            pScene->setSizeH(1.0);
+        } else {
+            pScene->setComputedW(nWidth);
+            pScene->setComputedH(nHeight);
+        }
+        if (n == 0)
+            pScene->setSelected(true);
+        getSceneManager()->addScene(pScene);
+    }
     m_bInitResponsive = bResponsive;
     setStatus(tr("Ready"));
     return true;

@@ -560,8 +560,17 @@ VTSymbol* VTResourceManager::loadSymbol(VTResource* pResource)
         return nullptr;
     auto pSymbol = std::make_unique<VTSymbol>();
     pSymbol->setResourceManager(this);
-    if (!pSymbol->loadTempData(&file))
+    if (m_pDocument)
+        pSymbol->setFunctionManager(m_pDocument->getFunctionManager());
+    if (!pSymbol->loadTempData(&file)) {
+        // Why the symbol failed (a scene that does not read) is worth more than that it did.
+        if (m_pDocument) {
+            const QStringList problems = pSymbol->getLoadProblems();
+            for (const QString& problem : problems)
+                m_pDocument->addLoadProblem(tr("Symbol \"%1\": %2").arg(pResource->getName(), problem));
+        }
         return nullptr;
+    }
     return pSymbol.release();
 }
 

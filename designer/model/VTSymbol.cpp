@@ -2,86 +2,67 @@
 
 #include "IMessageBox.h"
 #include "IUtils.h"
+#include "VTEventListenerList.h"
 #include "VTFunctionManager.h"
 #include "VTJsonReader.h"
 #include "VTResourceManager.h"
+#include "VTScene.h"
+#include "VTSceneManager.h"
+#include "VTSymbolElement.h"
 
 #include <QDebug>
 #include <QIODevice>
 #include <QJsonDocument>
+#include <QSet>
+
+#include <functional>
 
 namespace {
 
+const QString s_strAuthorKey = QStringLiteral("author");
+const QString s_strCreatedKey = QStringLiteral("created");
+const QString s_strModifiedKey = QStringLiteral("modified");
+const QString s_strModifiedByKey = QStringLiteral("modifiedBy");
 const QString s_strWidthKey = QStringLiteral("width");
 const QString s_strHeightKey = QStringLiteral("height");
+const QString s_strAlignKey = QStringLiteral("align");
+const QString s_strTitleKey = QStringLiteral("title");
+const QString s_strDescriptionKey = QStringLiteral("description");
+const QString s_strKeywordsKey = QStringLiteral("keywords");
+const QString s_strAutofitKey = QStringLiteral("autofit");
+const QString s_strScenesKey = QStringLiteral("scenes");
+const QString s_strEventsKey = QStringLiteral("events");
+const QString s_strBreakpointsKey = QStringLiteral("layoutBreakpoints");
 const QString s_strResourcesKey = QStringLiteral("resources");
 const QString s_strScriptsKey = QStringLiteral("scripts");
-const QString s_strScenesKey = QStringLiteral("scenes");
 
-enum class ValueKind
+void collectPlacedSymbols(const VTElement* pElement, QList<VTResource*>& lstResources)
 {
-    String,
-    Int,
-    Bool,
-    Array,
-    Object
-};
-
-// The kind of each symbol key that is kept raw: a value of another kind is dropped on reading,
-// so whatever models the key later can rely on it.
-QList<QPair<QString, ValueKind>> rawKeyKinds()
-{
-    return {{QStringLiteral("author"), ValueKind::String},
-            {QStringLiteral("created"), ValueKind::String},
-            {QStringLiteral("modified"), ValueKind::String},
-            {QStringLiteral("modifiedBy"), ValueKind::String},
-            {QStringLiteral("align"), ValueKind::Int},
-            {QStringLiteral("title"), ValueKind::String},
-            {QStringLiteral("description"), ValueKind::String},
-            {QStringLiteral("keywords"), ValueKind::String},
-            {QStringLiteral("autofit"), ValueKind::Bool},
-            {s_strScenesKey, ValueKind::Array},
-            {QStringLiteral("events"), ValueKind::Array},
-            {QStringLiteral("layoutBreakpoints"), ValueKind::Object}};
+    if (const auto* pInstance = qobject_cast<const VTSymbolElement*>(pElement)) {
+        VTResource* pResource = pInstance->getSymbolResource();
+        if (pResource && !lstResources.contains(pResource))
+            lstResources.append(pResource);
+    }
+    for (const VTElement* pChild : pElement->getChildren())
+        collectPlacedSymbols(pChild, lstResources);
 }
 
-bool hasKind(const QJsonValue& value, ValueKind kind)
+int countBelow(const VTElement* pElement)
 {
-    switch (kind) {
-    case ValueKind::String:
-        return value.isString();
-    case ValueKind::Int:
-        return VTJsonReader::isInt(value);
-    case ValueKind::Bool:
-        return value.isBool();
-    case ValueKind::Array:
-        return value.isArray();
-    case ValueKind::Object:
-        return value.isObject();
-    }
-    return false;
-}
-
-QString kindName(ValueKind kind)
-{
-    switch (kind) {
-    case ValueKind::String:
-        return VTJsonReader::tr("a text");
-    case ValueKind::Int:
-        return VTJsonReader::tr("a whole number");
-    case ValueKind::Bool:
-        return VTJsonReader::tr("true or false");
-    case ValueKind::Array:
-        return VTJsonReader::tr("a list");
-    case ValueKind::Object:
-        return VTJsonReader::tr("an object");
-    }
-    return {};
+    int nCount = 0;
+    for (const VTElement* pChild : pElement->getChildren())
+        nCount += 1 + countBelow(pChild);
+    return nCount;
 }
 
 } // namespace
 
-VTSymbol::VTSymbol() = default;
+VTSymbol::VTSymbol()
+    : m_dtCreated(QDateTime::currentDateTimeUtc())
+    , m_dtModified(m_dtCreated)
+    , m_pEvents(std::make_unique<VTEventListenerList>())
+    , m_pSceneManager(std::make_unique<VTSceneManager>(this))
+{}
 
 VTSymbol::~VTSymbol() = default;
 
@@ -109,6 +90,18 @@ bool VTSymbol::loadData(const QJsonObject& object)
             IMessageBox::instance()->warning(
                 IUtils::getApplicationName(),
                 tr("Cannot open project.\nError while loading symbol resources."), IMessageBox::Ok);
+            return false;
+        }
+        // Everything that walks into placed symbols (layouts, export, duration) would never end.
+        const QStringList lstChain = findSelfContainingSymbol(*m_pResourceManager);
+        if (!lstChain.isEmpty()) {
+            addLoadProblem(tr("Symbol \"%1\" contains an instance of itself (%2); the project is not opened.")
+                               .arg(lstChain.first(), lstChain.join(QStringLiteral(" > "))));
+            IMessageBox::instance()->warning(
+                IUtils::getApplicationName(),
+                tr("Cannot open project.\nSymbol \"%1\" contains an instance of itself.")
+                    .arg(lstChain.first()),
+                IMessageBox::Ok);
             return false;
         }
     }
@@ -156,14 +149,36 @@ bool VTSymbol::loadTempData(QIODevice* pDevice)
 
 void VTSymbol::serializeToExport(QJsonObject& object, bool bStage) const
 {
-    Q_UNUSED(bStage)
-    object.insert(QStringLiteral("align"), m_joPreserved.value(QStringLiteral("align")).toInt());
-    object.insert(QStringLiteral("af"), m_joPreserved.value(QStringLiteral("autofit")).toBool());
+    QJsonArray scenes;
+    for (const VTScene* pScene : m_pSceneManager->getScenes()) {
+        QJsonObject scene;
+        pScene->serializeToExport(scene, bStage, false, !bStage);
+        scenes.append(scene);
+    }
+    object.insert(s_strScenesKey, scenes);
+    object.insert(QStringLiteral("dur"), m_pSceneManager->getTotalTimelineDuration());
+    object.insert(s_strAlignKey, m_nAlign);
+    object.insert(QStringLiteral("af"), m_bAutofit);
+    // "b" joins here once breakpoints have a model.
+    m_pEvents->serializeToExport(object, bStage);
+}
+
+void VTSymbol::readDate(const QJsonObject& object, const QString& key, QDateTime& target)
+{
+    const VTJsonReader reader(object, QString(), &m_lstLoadProblems);
+    const QString text = reader.readString(key);
+    target = QDateTime::fromString(text, Qt::ISODate);
+    if (!text.isEmpty() && !target.isValid())
+        reader.report(VTJsonReader::tr("\"%1\" is no date (\"%2\"); it is left empty.").arg(key, text));
 }
 
 bool VTSymbol::loadDataWithoutResource(const QJsonObject& object)
 {
     const VTJsonReader reader(object, QString(), &m_lstLoadProblems);
+    m_strAuthor = reader.readString(s_strAuthorKey);
+    readDate(object, s_strCreatedKey, m_dtCreated);
+    readDate(object, s_strModifiedKey, m_dtModified);
+    m_strModifiedBy = reader.readString(s_strModifiedByKey);
     m_nWidth = reader.readInt(s_strWidthKey, 0);
     m_nHeight = reader.readInt(s_strHeightKey, 0);
     if (m_nWidth < 0) {
@@ -174,18 +189,56 @@ bool VTSymbol::loadDataWithoutResource(const QJsonObject& object)
         reader.report(VTJsonReader::tr("\"height\" is negative; 0 is used instead."));
         m_nHeight = 0;
     }
+    m_nAlign = reader.readInt(s_strAlignKey, 0);
+    m_strTitle = reader.readString(s_strTitleKey);
+    m_strDescription = reader.readString(s_strDescriptionKey);
+    m_strKeywords = reader.readString(s_strKeywordsKey);
+    m_bAutofit = reader.readBool(s_strAutofitKey, false);
+
+    if (object.contains(s_strEventsKey)) {
+        m_pEvents = std::make_unique<VTEventListenerList>();
+        QStringList lstEventProblems;
+        m_pEvents->parse(reader.readArray(s_strEventsKey), &lstEventProblems);
+        for (const QString& line : qAsConst(lstEventProblems))
+            reader.report(tr("events: %1").arg(line));
+    }
+
+    m_pSceneManager->clear();
+    const QJsonArray scenes = reader.readArray(s_strScenesKey);
+    for (int i = 0; i < scenes.size(); ++i) {
+        const QJsonValue value = scenes.at(i);
+        bool bRead = false;
+        if (value.isObject()) {
+            auto* pScene = new VTScene();
+            pScene->initDefault();
+            m_pSceneManager->addScene(pScene);
+            bRead = pScene->parse(value.toObject(), m_pResourceManager, &m_lstLoadProblems);
+        } else {
+            reader.report(
+                tr("scene %1 should be an object but is %2.").arg(i).arg(VTJsonReader::describeType(value)));
+        }
+        if (!bRead) {
+            reader.report(tr("scene %1 could not be read; the load stops.").arg(i));
+            IMessageBox::instance()->warning(IUtils::getApplicationName(),
+                                             tr("Cannot open project.\nError while loading scene data."),
+                                             IMessageBox::Ok);
+            return false;
+        }
+    }
+    m_pSceneManager->updateNextSceneId();
+    if (!m_pSceneManager->getCurrentScene() && m_pSceneManager->getSceneCount() > 0)
+        m_pSceneManager->getScenes().first()->setSelected(true);
+
+    m_joLayoutBreakpoints = reader.readObject(s_strBreakpointsKey);
+    for (VTScene* pScene : m_pSceneManager->getScenes())
+        pScene->setCurrentLayoutID(m_currentLayoutId);
 
     m_joPreserved = object;
-    for (const QString& key : {s_strWidthKey, s_strHeightKey, s_strResourcesKey, s_strScriptsKey})
+    const QStringList lstKnown = getSymbolKeys();
+    for (const QString& key : lstKnown)
         m_joPreserved.remove(key);
-    const auto kinds = rawKeyKinds();
-    for (const auto& kind : kinds) {
-        const QJsonValue value = m_joPreserved.value(kind.first);
-        if (value.isUndefined() || hasKind(value, kind.second))
-            continue;
-        reader.reportDropped(kind.first, kindName(kind.second));
-        m_joPreserved.remove(kind.first);
-    }
+    m_joPreserved.remove(s_strResourcesKey);
+    m_joPreserved.remove(s_strScriptsKey);
     return true;
 }
 
@@ -193,31 +246,158 @@ void VTSymbol::saveDataWithoutResource(QJsonObject& object) const
 {
     for (auto it = m_joPreserved.constBegin(); it != m_joPreserved.constEnd(); ++it)
         object.insert(it.key(), it.value());
+    object.insert(s_strAuthorKey, m_strAuthor);
+    object.insert(s_strCreatedKey, m_dtCreated.toString(Qt::ISODate));
+    object.insert(s_strModifiedKey, m_dtModified.toString(Qt::ISODate));
+    object.insert(s_strModifiedByKey, m_strModifiedBy);
     object.insert(s_strWidthKey, m_nWidth);
     object.insert(s_strHeightKey, m_nHeight);
+    object.insert(s_strAlignKey, m_nAlign);
+    object.insert(s_strTitleKey, m_strTitle);
+    object.insert(s_strDescriptionKey, m_strDescription);
+    object.insert(s_strKeywordsKey, m_strKeywords);
+    object.insert(s_strAutofitKey, m_bAutofit);
+    QJsonArray scenes;
+    for (const VTScene* pScene : m_pSceneManager->getScenes()) {
+        QJsonObject scene;
+        pScene->serialize(scene);
+        scenes.append(scene);
+    }
+    object.insert(s_strScenesKey, scenes);
+    QJsonArray events;
+    m_pEvents->serialize(events);
+    object.insert(s_strEventsKey, events);
+    object.insert(s_strBreakpointsKey, m_joLayoutBreakpoints);
 }
 
-int VTSymbol::getRawSceneCount() const
+VTSymbol* VTSymbol::clone() const
 {
-    return m_joPreserved.value(s_strScenesKey).toArray().size();
+    auto pCopy = std::make_unique<VTSymbol>();
+    pCopy->m_strAuthor = m_strAuthor;
+    pCopy->m_dtCreated = m_dtCreated;
+    pCopy->m_dtModified = m_dtModified;
+    pCopy->m_strModifiedBy = m_strModifiedBy;
+    pCopy->m_nWidth = m_nWidth;
+    pCopy->m_nHeight = m_nHeight;
+    pCopy->m_nAlign = m_nAlign;
+    pCopy->m_strTitle = m_strTitle;
+    pCopy->m_strDescription = m_strDescription;
+    pCopy->m_strKeywords = m_strKeywords;
+    pCopy->m_bAutofit = m_bAutofit;
+    pCopy->m_joLayoutBreakpoints = m_joLayoutBreakpoints;
+    pCopy->m_currentLayoutId = m_currentLayoutId;
+    pCopy->m_joPreserved = m_joPreserved;
+    pCopy->m_pEvents = std::make_unique<VTEventListenerList>(*m_pEvents);
+    pCopy->m_pResourceManager = m_pResourceManager;
+    pCopy->m_pFunctionManager = m_pFunctionManager;
+    for (const VTScene* pScene : m_pSceneManager->getScenes()) {
+        auto* pSceneCopy = static_cast<VTScene*>(pScene->clone());
+        pCopy->m_pSceneManager->addScene(pSceneCopy);
+        // An element copy starts unselected; a symbol copy must still have its current scene.
+        pSceneCopy->setSelected(pScene->isSelected());
+    }
+    return pCopy.release();
+}
+
+void VTSymbol::prepareResourceMap(QMap<VTResource*, VTResource*>& map) const
+{
+    for (const VTScene* pScene : m_pSceneManager->getScenes())
+        pScene->prepareResourceMap(map);
+}
+
+void VTSymbol::updateResourceMap(const QMap<VTResource*, VTResource*>& map)
+{
+    for (VTScene* pScene : m_pSceneManager->getScenes())
+        pScene->updateResourceMap(map);
+}
+
+void VTSymbol::attachResources()
+{
+    for (VTScene* pScene : m_pSceneManager->getScenes())
+        pScene->attachResources();
+}
+
+void VTSymbol::detachResources()
+{
+    for (VTScene* pScene : m_pSceneManager->getScenes())
+        pScene->detachResources();
+}
+
+void VTSymbol::setCurrentLayoutId(const VTLayoutKey& key)
+{
+    if (key.isCurrent())
+        return;
+    m_currentLayoutId = key;
+    for (VTScene* pScene : m_pSceneManager->getScenes())
+        pScene->setCurrentLayoutID(key);
+}
+
+int VTSymbol::getSceneCount() const
+{
+    return m_pSceneManager->getSceneCount();
+}
+
+int VTSymbol::getElementCount() const
+{
+    int nCount = 0;
+    for (const VTScene* pScene : m_pSceneManager->getScenes())
+        nCount += countBelow(pScene);
+    return nCount;
+}
+
+QList<VTResource*> VTSymbol::getPlacedSymbolResources() const
+{
+    QList<VTResource*> lstResources;
+    for (const VTScene* pScene : m_pSceneManager->getScenes())
+        collectPlacedSymbols(pScene, lstResources);
+    return lstResources;
+}
+
+QStringList VTSymbol::findSelfContainingSymbol(const VTResourceManager& manager)
+{
+    // Depth-first over the placement graph; a resource met again while still on the path closes
+    // a loop. Finished resources are not walked twice, so the walk stays linear.
+    QSet<VTResource*> setDone;
+    QList<VTResource*> lstPath;
+    std::function<bool(VTResource*)> fnVisit = [&](VTResource* pResource) {
+        if (setDone.contains(pResource))
+            return false;
+        const int nOnPath = lstPath.indexOf(pResource);
+        if (nOnPath >= 0) {
+            lstPath = lstPath.mid(nOnPath);
+            lstPath.append(pResource);
+            return true;
+        }
+        lstPath.append(pResource);
+        if (const VTSymbol* pSymbol = manager.getSymbolForResource(pResource)) {
+            const QList<VTResource*> lstPlaced = pSymbol->getPlacedSymbolResources();
+            for (VTResource* pPlaced : lstPlaced) {
+                if (fnVisit(pPlaced))
+                    return true;
+            }
+        }
+        lstPath.removeLast();
+        setDone.insert(pResource);
+        return false;
+    };
+    // In id order, so that the same project always names the same chain.
+    const QMap<int, VTResource*>& mapResources = manager.getIdResourceMap();
+    for (VTResource* pResource : mapResources) {
+        if (!manager.getSymbolForResource(pResource) || !fnVisit(pResource))
+            continue;
+        QStringList lstNames;
+        for (const VTResource* pOnPath : qAsConst(lstPath))
+            lstNames.append(pOnPath->getName());
+        return lstNames;
+    }
+    return {};
 }
 
 QStringList VTSymbol::getSymbolKeys()
 {
-    return {QStringLiteral("author"),
-            QStringLiteral("created"),
-            QStringLiteral("modified"),
-            QStringLiteral("modifiedBy"),
-            s_strWidthKey,
-            s_strHeightKey,
-            QStringLiteral("align"),
-            QStringLiteral("title"),
-            QStringLiteral("description"),
-            QStringLiteral("keywords"),
-            QStringLiteral("autofit"),
-            s_strScenesKey,
-            QStringLiteral("events"),
-            QStringLiteral("layoutBreakpoints")};
+    return {s_strAuthorKey,  s_strCreatedKey, s_strModifiedKey, s_strModifiedByKey,  s_strWidthKey,
+            s_strHeightKey,  s_strAlignKey,   s_strTitleKey,    s_strDescriptionKey, s_strKeywordsKey,
+            s_strAutofitKey, s_strScenesKey,  s_strEventsKey,   s_strBreakpointsKey};
 }
 
 void VTSymbol::dropPreservedKeys(const QStringList& keys)

@@ -158,4 +158,30 @@ enum ElementProperty : int
 // One past the last property number; inherit lists drop anything from here on.
 constexpr int ElementPropertyCount = 97;
 
+// How one scene hands over to the next.
+enum TransitionType : int
+{
+    NoTransition = -1,
+    TransitionNone = 0,
+    TransitionFade = 1,
+    TransitionPush = 2,
+    TransitionWipe = 3,
+    TransitionCover = 4,
+    TransitionUncover = 5,
+};
+
+// Where a pushing, wiping or covering transition comes from.
+enum TransitionDirection : int
+{
+    NoDirection = -1,
+    FromLeft = 0,
+    FromTop = 1,
+    FromRight = 2,
+    FromBottom = 3,
+    FromTopLeft = 4,
+    FromTopRight = 5,
+    FromBottomLeft = 6,
+    FromBottomRight = 7,
+};
+
 } // namespace VT

@@ -1,9 +1,12 @@
 #include "MessageRecorder.h"
 #include "VTDocument.h"
+#include "VTEventListenerList.h"
 #include "VTFileLocker.h"
 #include "VTLoadIndicatorProps.h"
 #include "VTLocationManager.h"
 #include "VTResourceManager.h"
+#include "VTScene.h"
+#include "VTSceneManager.h"
 
 #include <QColor>
 #include <QDir>
@@ -99,8 +102,23 @@ QString TestDocumentFormat::writeProject(const QString& name, const QJsonObject&
 // does not model at all.
 QJsonObject TestDocumentFormat::fullProject() const
 {
-    const QJsonObject scene{{QStringLiteral("name"), QStringLiteral("Intro")},
-                            {QStringLiteral("timelines"), QJsonObject{{QStringLiteral("main"), 1}}}};
+    // Scenes and events in the form this program writes them, so the round trip can be exact.
+    const auto scene = [](const QString& name, int nId) {
+        VTScene model;
+        model.initDefault();
+        model.setName(name);
+        model.setId(nId);
+        model.setTimelinesData(QJsonObject{{QStringLiteral("main"), 1}});
+        // A load without a selected scene selects the first; the file states it already.
+        model.setSelected(nId == 1);
+        QJsonObject json;
+        model.serialize(json);
+        return json;
+    };
+    VTEventListenerList eventModel;
+    eventModel.parse(QJsonArray{QJsonObject{{QStringLiteral("event"), 50}, {QStringLiteral("action"), 1}}});
+    QJsonArray events;
+    eventModel.serialize(events);
     const QJsonObject document{
         {QStringLiteral("author"), QStringLiteral("Ada")},
         {QStringLiteral("created"), QStringLiteral("2024-02-01T10:00:00Z")},
@@ -113,8 +131,9 @@ QJsonObject TestDocumentFormat::fullProject() const
         {QStringLiteral("description"), QStringLiteral("A banner")},
         {QStringLiteral("keywords"), QStringLiteral("ad, banner")},
         {QStringLiteral("autofit"), true},
-        {QStringLiteral("scenes"), QJsonArray{scene, scene}},
-        {QStringLiteral("events"), QJsonArray{QJsonObject{{QStringLiteral("type"), 50}}}},
+        {QStringLiteral("scenes"),
+         QJsonArray{scene(QStringLiteral("Intro"), 1), scene(QStringLiteral("Outro"), 2)}},
+        {QStringLiteral("events"), events},
         {QStringLiteral("layoutBreakpoints"), QJsonObject{{QStringLiteral("h"), QJsonArray{480}}}},
         // A script linked by URL: a resource with no file to look for.
         {QStringLiteral("resources"),
@@ -194,6 +213,16 @@ void TestDocumentFormat::newProjectDefaults()
         QCOMPARE(document.getWidth(), 1024);
         QCOMPARE(document.getHeight(), 768);
         QCOMPARE(document.getRequestedSceneCount(), 3);
+        // The scenes are there, the first one current, each the size of the stage or the page.
+        QCOMPARE(document.getSceneCount(), 3);
+        const VTScene* pFirst = document.getSceneManager()->getCurrentScene();
+        QVERIFY(pFirst);
+        QCOMPARE(pFirst, document.getSceneManager()->getScenes().first());
+        QCOMPARE(pFirst->getName(), QStringLiteral("Scene_1"));
+        QCOMPARE(document.getSceneManager()->getScenes().last()->getName(), QStringLiteral("Scene_3"));
+        QCOMPARE(pFirst->getComputedW(), 1024.0);
+        QCOMPARE(pFirst->getComputedH(), 768.0);
+        QCOMPARE(pFirst->getUnitW(), bResponsive ? int(VT::Percent) : int(VT::Pixel));
         QCOMPARE(document.isInitResponsive(), bResponsive);
         if (bResponsive) {
             QCOMPARE(document.getViewportWMeta(), int(VTDocument::ViewportDeviceWidth));
@@ -248,7 +277,7 @@ void TestDocumentFormat::absentKeysReadAsFileDefaults()
     QCOMPARE(document.isInitResponsive(), false);
     QCOMPARE(document.getWidth(), 0);
     QCOMPARE(document.getHeight(), 0);
-    QCOMPARE(document.getRawSceneCount(), 0);
+    QCOMPARE(document.getSceneCount(), 0);
     // An empty id is replaced on first use, and then stays.
     const QString containerId = document.getContainerID();
     QCOMPARE(containerId.size(), 8);
@@ -292,7 +321,7 @@ void TestDocumentFormat::roundTripKeepsEveryKey()
     QCOMPARE(document.getContainerID(), QStringLiteral("banner01"));
     QCOMPARE(document.getHtmlOutput() + document.getCssDoc(), QStringLiteral("<html></html>body{}"));
     QCOMPARE(document.isInitResponsive(), true);
-    QCOMPARE(document.getRawSceneCount(), 2);
+    QCOMPARE(document.getSceneCount(), 2);
     QCOMPARE(document.getResourceManager()->getIdResourceMap().size(), 1);
     QCOMPARE(VTLocationManager::getInstance()->getHistoryLocation(&document, VTLocationManager::ExportImage),
              QStringLiteral("/pictures"));
@@ -581,7 +610,7 @@ void TestDocumentFormat::wrongTypesFallBackAndAreReported()
     QCOMPARE(opened.isAutoplay(), false);
     QCOMPARE(opened.getViewportWMeta(), 0);
     QCOMPARE(opened.getViewportHMeta(), 0);
-    QCOMPARE(opened.getRawSceneCount(), 0);
+    QCOMPARE(opened.getSceneCount(), 0);
     QCOMPARE(opened.getResourceManager()->getIdResourceMap().size(), 0);
     QCOMPARE(opened.getDefaultLoadingIndicatorProps()->getDiameter(), 0);
     for (const char* pszKey : {"width", "height", "autoplay", "viewportWMeta", "viewportHMeta", "containerID",
@@ -600,8 +629,8 @@ void TestDocumentFormat::wrongTypesFallBackAndAreReported()
     QCOMPARE(saved.value("containerID").toString().size(), 8);
     QVERIFY(saved.value("resources").isArray());
     QVERIFY(saved.value("scripts").isObject());
-    QVERIFY(!saved.contains("scenes"));
-    QVERIFY(!saved.contains("align"));
+    QCOMPARE(saved.value("scenes"), QJsonValue(QJsonArray()));
+    QCOMPARE(saved.value("align"), QJsonValue(0));
     QCOMPARE(saved.value("futureDocumentKey"), document.value("futureDocumentKey"));
 
     // A new load starts with no notes from the one before.

@@ -15,6 +15,7 @@
 #include <QJsonObject>
 #include <QTemporaryDir>
 #include <QTextStream>
+#include <QUuid>
 
 #include <malloc.h>
 
@@ -70,19 +71,39 @@ QJsonObject block(int nIndex)
             {"border", QJsonObject{{"style", nIndex % 2}, {"width", 1}, {"color", int(0xff000000)}}}};
 }
 
-// Every kind that needs no resource, in rotation, with groups holding the next few elements.
+// The resource each kind that shows one refers to: see generateResources.
+int resourceOfKind(int nKind)
+{
+    switch (nKind) {
+    case 0:
+        return 1;
+    case 1:
+        return 2;
+    case 2:
+        return 3;
+    case 7:
+        return 4;
+    default:
+        return -1;
+    }
+}
+
+// Every kind in rotation, with groups holding the next few elements.
 QJsonArray generateElements(int nCount, int* pnNextId)
 {
-    static const int s_anKinds[] = {4, 5, 9, 11, 6, 3};
+    static const int s_anKinds[] = {0, 1, 2, 3, 4, 5, 6, 7, 9, 11};
+    constexpr int nKinds = sizeof(s_anKinds) / sizeof(s_anKinds[0]);
     QJsonArray elements;
     while (*pnNextId <= nCount) {
         const int nId = (*pnNextId)++;
-        const int nKind = s_anKinds[nId % 6];
+        const int nKind = s_anKinds[nId % nKinds];
         QJsonObject element{{"type", nKind},
                             {"id", nId},
                             {"name", QStringLiteral("e%1").arg(nId)},
                             {"respProps", QJsonArray{QJsonObject{
                                               {"hLayoutId", 0}, {"vLayoutId", 0}, {"values", block(nId)}}}}};
+        if (resourceOfKind(nKind) > 0)
+            element.insert("resourceId", resourceOfKind(nKind));
         if (nKind == 6) {
             QJsonArray children;
             for (int i = 0; i < 4 && *pnNextId <= nCount; ++i) {
@@ -116,7 +137,22 @@ QByteArray generateProject(int nElements)
             {"children", generateElements(nScene * nPerScene, &nNextId)}};
         scenes.append(scene);
     }
-    const QJsonObject document{{"docVersion", 3}, {"width", 800}, {"height", 600}, {"scenes", scenes}};
+    const auto resource = [](int nId, int nType, const QString& fileName) {
+        QJsonObject object{{"id", nId},
+                           {"uuid", QUuid::createUuid().toString()},
+                           {"name", fileName},
+                           {"type", nType},
+                           {"dataSize", 4}};
+        if (nType == 1 || nType == 2)
+            object.insert("fileNames", QJsonArray{fileName});
+        else
+            object.insert("fileName", fileName);
+        return object;
+    };
+    const QJsonArray resources{resource(1, 0, "logo.png"), resource(2, 1, "chime.mp3"),
+                               resource(3, 2, "clip.webm"), resource(4, 3, "badge.vetrasym")};
+    const QJsonObject document{
+        {"docVersion", 3}, {"width", 800}, {"height", 600}, {"resources", resources}, {"scenes", scenes}};
     return QJsonDocument(QJsonObject{{"appName", "Vetra Studio"}, {"document", document}})
         .toJson(QJsonDocument::Compact);
 }
@@ -135,6 +171,17 @@ int main(int argc, char* argv[])
     QTemporaryDir dir;
     const QString sourcePath = dir.filePath("source/source.vetra");
     QDir().mkpath(dir.filePath("source/source_res"));
+    for (const char* pszFile : {"logo.png", "chime.mp3", "clip.webm"}) {
+        QFile file(dir.filePath(QStringLiteral("source/source_res/") + QLatin1String(pszFile)));
+        file.open(QIODevice::WriteOnly);
+        file.write("data");
+    }
+    {
+        QFile file(dir.filePath("source/source_res/badge.vetrasym"));
+        file.open(QIODevice::WriteOnly);
+        file.write(R"({"width":100,"height":60,"scenes":[]})");
+    }
+    int nLoadedElements = 0;
     {
         // The model's own form of the generated content is what is measured.
         QFile file(sourcePath);
@@ -147,6 +194,9 @@ int main(int argc, char* argv[])
             out << "the generated project does not load\n";
             return 1;
         }
+        nLoadedElements = document.getElementCount();
+        if (!document.getLoadProblems().isEmpty())
+            out << "load problems: " << document.getLoadProblems().join(QStringLiteral("; ")) << '\n';
     }
     QFile source(sourcePath);
     source.open(QIODevice::ReadOnly);
@@ -188,8 +238,9 @@ int main(int argc, char* argv[])
         nBestModel = nBestModel < 0 ? nModel : std::min(nBestModel, nModel);
     }
 
-    out << QStringLiteral("project: %1 elements, %2 KiB, best of %3 rounds\n")
+    out << QStringLiteral("project: %1 elements (%2 loaded), %3 KiB, best of %4 rounds\n")
                .arg(nElements)
+               .arg(nLoadedElements)
                .arg(data.size() / 1024)
                .arg(nRounds);
     out << QStringLiteral("bare JSON parse + compact write: %1 ms\n").arg(nBestJson / 1e6, 0, 'f', 1);

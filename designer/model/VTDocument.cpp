@@ -637,10 +637,6 @@ bool VTDocument::save(const QString& filePath)
         warn(tr("Cannot save project data."));
         return false;
     }
-    if (!saveAllSymbolsState()) {
-        warn(tr("Cannot save project. Some symbols cannot be saved."));
-        return false;
-    }
 
     const bool bWasTemp = isTempDocument();
     const int nOldVersion = m_nDocVersion;
@@ -680,6 +676,15 @@ bool VTDocument::save(const QString& filePath)
         IUtils::removeDir(oldResourceFolder);
     }
     setOpenAsBackup(false);
+    // Symbols are written into the new folder only: the old project keeps the symbol files it
+    // was last saved with, not the edits that went to the new one.
+    setFileName(targetPath);
+    if (!saveAllSymbolsState()) {
+        emit titleChanged();
+        emit locationChanged();
+        warn(tr("Cannot save project. Some symbols cannot be saved."));
+        return false;
+    }
     finishSave(targetPath);
     emit titleChanged();
     emit locationChanged();

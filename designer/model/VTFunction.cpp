@@ -104,7 +104,8 @@ bool VTFunction::parse(const QJsonObject& json, QStringList* pWarnings)
     const QString strUuid = reader.readString(QStringLiteral("uuid"));
     if (!strUuid.isEmpty()) {
         m_uuid = QUuid::fromString(strUuid);
-        if (m_uuid.isNull())
+        // A function that never had one is written with the null UUID; that reads back quietly.
+        if (m_uuid.isNull() && strUuid != QUuid().toString())
             reader.report(tr("\"uuid\" \"%1\" is not a UUID; the function gets none.").arg(strUuid));
     }
 

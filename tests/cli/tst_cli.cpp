@@ -144,6 +144,12 @@ void TestCli::damagedContentIsReported()
     damaged.insert(QStringLiteral("document"), document);
     const QString path = QDir(m_dir.path()).filePath(QStringLiteral("damaged/damaged.vetra"));
     QVERIFY(writeProject(path, damaged));
+    // The sample's files come along, so that only the damage is reported.
+    const QDir sampleResources(QFileInfo(samplePath()).absolutePath() + QStringLiteral("/welcome_res"));
+    QDir().mkpath(QFileInfo(path).absolutePath() + QStringLiteral("/damaged_res"));
+    for (const QString& name : sampleResources.entryList(QDir::Files))
+        QVERIFY(QFile::copy(sampleResources.filePath(name),
+                            QFileInfo(path).absolutePath() + QStringLiteral("/damaged_res/") + name));
     const Result result = runVetra({QStringLiteral("check"), path});
     // It opens, as in the studio, but nothing that was dropped goes unmentioned.
     QCOMPARE(result.nExitCode, 0);
@@ -223,6 +229,25 @@ void TestCli::resaveWritesACopyAndLeavesTheOriginal()
     QCOMPARE(readDocument(againPath), readDocument(outPath));
     QCOMPARE(readDocument(outPath).value("document").toObject().value("resources"),
              document.value("resources"));
+
+    // The sample, which uses every kind of element, a symbol and every kind of media, comes
+    // through a resave whole.
+    const QString sampleCopy = QDir(m_dir.path()).filePath(QStringLiteral("resave/sample/sample.vetra"));
+    result = runVetra({QStringLiteral("resave"), samplePath(), sampleCopy});
+    QVERIFY2(result.nExitCode == 0, qPrintable(result.strErr));
+    QVERIFY2(result.strErr.isEmpty(), qPrintable(result.strErr));
+    const Result original = runVetra({QStringLiteral("check"), samplePath()});
+    const Result copy = runVetra({QStringLiteral("check"), sampleCopy});
+    QVERIFY2(original.strOut.contains(QStringLiteral("2 scenes, 11 elements, 4 resources, 1 function")),
+             qPrintable(original.strOut));
+    QCOMPARE(copy.strOut.mid(copy.strOut.indexOf(QLatin1String(" px,"))),
+             original.strOut.mid(original.strOut.indexOf(QLatin1String(" px,"))));
+    for (const char* pszFile : {"Badge.vetrasym", "chime.mp3", "clip.webm", "logo.svg"})
+        QVERIFY2(
+            QFileInfo(QDir(m_dir.path())
+                          .filePath(QStringLiteral("resave/sample/sample_res/") + QLatin1String(pszFile)))
+                .isFile(),
+            pszFile);
 
     // An existing project is never replaced, and bad arguments say how it is used.
     result = runVetra({QStringLiteral("resave"), inPath, outPath});

@@ -166,6 +166,14 @@ void TestFunctions::functionJson()
     QVERIFY(read.getName().isEmpty());
     QVERIFY(read.getParams().isEmpty());
     QCOMPARE(read.getType(), VTFunctionData::NormalFunction);
+
+    // Such a function is written with the null UUID, which reads back without a complaint.
+    QJsonObject joNoUuid;
+    read.serialize(joNoUuid);
+    QStringList lstNoUuidWarnings;
+    QVERIFY(read.parse(joNoUuid, &lstNoUuidWarnings));
+    QVERIFY2(lstNoUuidWarnings.isEmpty(), qPrintable(lstNoUuidWarnings.join('\n')));
+    QVERIFY(read.getUuid().isNull());
 }
 
 void TestFunctions::hostileFunctionJson()

@@ -682,6 +682,23 @@ void TestResources::symbolResourcesKeepTheirFiles()
             7);
         QVERIFY(document.getFileLocker()->isLocked(folder + "Button_1.vetrasym"));
         QCOMPARE(savedResources(document).size(), 2);
+
+        // Save As writes the edited symbol into the new project only; the old one keeps what it
+        // was last saved with.
+        pSymbol->setWidth(140);
+        const QString copyFolder = m_tmp.path() + "/symbols/copy";
+        QVERIFY(QDir().mkpath(copyFolder));
+        QVERIFY(document.save(copyFolder + "/copy.vetra"));
+        QCOMPARE(
+            QJsonDocument::fromJson(readBytes(folder + "Button.vetrasym")).object().value("width").toInt(),
+            130);
+        QCOMPARE(QJsonDocument::fromJson(readBytes(copyFolder + "/copy_res/Button.vetrasym"))
+                     .object()
+                     .value("width")
+                     .toInt(),
+                 140);
+        QVERIFY(document.getFileLocker()->isLocked(copyFolder + "/copy_res/Button.vetrasym"));
+        QVERIFY(!document.getFileLocker()->isLocked(folder + "Button.vetrasym"));
         document.close();
     }
     QVERIFY(QFileInfo::exists(folder + "Button_1.vetrasym"));

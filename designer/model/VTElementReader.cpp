@@ -15,6 +15,8 @@ namespace {
 
 // Element reads in progress on this thread.
 thread_local int t_nDepth = 0;
+// Set when a read had to stop at the nesting limit, for the scene to refuse the whole tree.
+thread_local bool t_bDepthExceeded = false;
 
 const QString kRespProps = QStringLiteral("respProps");
 
@@ -35,6 +37,13 @@ VTElementReader::DepthGuard::DepthGuard()
 VTElementReader::DepthGuard::~DepthGuard()
 {
     --t_nDepth;
+}
+
+bool VTElementReader::takeDepthExceeded()
+{
+    const bool bExceeded = t_bDepthExceeded;
+    t_bDepthExceeded = false;
+    return bExceeded;
 }
 
 void VTElementReader::report(QStringList* pProblems, const QString& strContext, const QString& text)
@@ -151,6 +160,7 @@ void VTElementReader::readChildren(VTElement& element, const QJsonArray& array, 
     if (array.isEmpty())
         return;
     if (t_nDepth >= VTElement::kMaxTreeDepth) {
+        t_bDepthExceeded = true;
         report(pProblems, strContext,
                tr("children nested deeper than %1 levels are left out: %2 here, with all below them.")
                    .arg(VTElement::kMaxTreeDepth)

@@ -30,6 +30,10 @@ public:
         DepthGuard& operator=(const DepthGuard&) = delete;
     };
 
+    // Whether a read since the last call stopped at the nesting limit; clears the mark. A tree
+    // that deep is no project anyone made, so the scene refuses it rather than open a part.
+    static bool takeDepthExceeded();
+
     // The blocks of "respProps", or of the older form that kept one layout's values among the
     // element's own keys (when "respProps" is absent or no list). A base layout that the file
     // lacks is made up from the first layout read, or from a new block. The element must have no

@@ -1,5 +1,7 @@
 #include "VTScene.h"
 
+#include "VTElementReader.h"
+
 #include "VTBackground.h"
 #include "VTBorder.h"
 #include "VTJsonReader.h"
@@ -233,7 +235,9 @@ void VTScene::serialize(QJsonObject& json) const
 
 bool VTScene::parse(const QJsonObject& json, VTResourceManager* pManager, QStringList* pProblems)
 {
-    if (!VTElement::parse(json, pManager, pProblems))
+    VTElementReader::takeDepthExceeded();
+    const bool bRead = VTElement::parse(json, pManager, pProblems);
+    if (VTElementReader::takeDepthExceeded() || !bRead)
         return false;
     const VTJsonReader reader(json, tr("scene \"%1\"").arg(getName()), pProblems);
     m_nNextChildId = reader.readInt(kNextChildId, kFileDefaultNextChildId);

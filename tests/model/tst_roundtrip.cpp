@@ -118,6 +118,7 @@ private slots:
     void eachKindReopensIdentical_data();
     void eachKindReopensIdentical();
     void badReferencesAndIds();
+    void overDeepTreesAreRefused();
 };
 
 void TestRoundTrip::sampleReopensIdentical()
@@ -217,6 +218,41 @@ void TestRoundTrip::badReferencesAndIds()
     QVERIFY(pScene->getChildren().at(2)->getId() != 5);
     QVERIFY(pScene->getNextChildId() > 5);
     document.close();
+}
+
+void TestRoundTrip::overDeepTreesAreRefused()
+{
+    MessageRecorder messages;
+    QTemporaryDir dir;
+    // Groups inside groups far deeper than anyone builds: the tree is refused whole rather than
+    // opened in part, and the user is told why.
+    QJsonObject inner = element(6, 400, QStringLiteral("g400"));
+    for (int nId = 399; nId >= 1; --nId) {
+        QJsonObject outer = element(6, nId, QStringLiteral("g%1").arg(nId));
+        outer.insert("children", QJsonArray{inner});
+        inner = outer;
+    }
+    const QString path = writeProject(dir.path(), {inner});
+    VTDocument document;
+    document.setFileName(path);
+    QVERIFY(!document.open());
+    QCOMPARE(messages.getTexts(MessageRecorder::Warning),
+             QStringList{QStringLiteral("Cannot open project.\nError while loading scene data.")});
+    QVERIFY(document.getLoadProblems().join('\n').contains(QStringLiteral("deeper than 256 levels")));
+
+    // Just within the limit it opens, and the next project read starts with a clean slate.
+    QTemporaryDir other;
+    QJsonObject shallow = element(6, 100, QStringLiteral("g100"));
+    for (int nId = 99; nId >= 1; --nId) {
+        QJsonObject outer = element(6, nId, QStringLiteral("g%1").arg(nId));
+        outer.insert("children", QJsonArray{shallow});
+        shallow = outer;
+    }
+    VTDocument fine;
+    fine.setFileName(writeProject(other.path(), {shallow}));
+    QVERIFY(fine.open());
+    QCOMPARE(fine.getElementCount(), 100);
+    fine.close();
 }
 
 QTEST_GUILESS_MAIN(TestRoundTrip)

@@ -9,6 +9,7 @@
 #include "MainWindow.h"
 #include "VTDocument.h"
 #include "VTMdiSubWindow.h"
+#include "VTResourceManager.h"
 
 #include <QDir>
 #include <QLabel>
@@ -98,10 +99,13 @@ void VTEditor::onDocumentLoaded()
 {
     updateDocumentTabName();
     if (VTDocument* pDocument = getVTDocument()) {
-        m_pStagePlaceholder->setText(tr("%1\n%2 × %3 px")
+        m_pStagePlaceholder->setText(tr("%1\n%2 × %3 px\n%4 scenes, %5 elements, %6 resources")
                                          .arg(pDocument->getName())
                                          .arg(pDocument->getWidth())
-                                         .arg(pDocument->getHeight()));
+                                         .arg(pDocument->getHeight())
+                                         .arg(pDocument->getSceneCount())
+                                         .arg(pDocument->getElementCount())
+                                         .arg(pDocument->getResourceManager()->getIdResourceMap().size()));
         showLoadProblems(pDocument);
     }
 }

@@ -1,8 +1,11 @@
 #include "VTPreloaderLink.h"
 
+#include "VTBackground.h"
 #include "VTDocument.h"
 #include "VTJsonReader.h"
 #include "VTPreloader.h"
+#include "VTScene.h"
+#include "VTSceneManager.h"
 
 #include <QDir>
 #include <QFile>
@@ -75,8 +78,11 @@ bool VTPreloaderLink::initPreloaderDocument(const QString& preloaderResFolderHTM
         delete pNew;
         return false;
     }
-    // The new preloader's scene should get no background fill, so that the page shows through;
-    // scenes are still kept as raw data here and a new one has none to clear.
+    // No background fill on the preloader's stage, so that the page shows through it.
+    if (VTScene* pScene = pNew->getSceneManager()->getCurrentScene()) {
+        if (VTBackground* pBackground = pScene->getBackground())
+            pBackground->setFillStyle(VTBackground::NoFill);
+    }
     setPreloaderDoc(pNew, preloaderResFolderHTML5Output);
     return true;
 }

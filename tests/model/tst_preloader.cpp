@@ -1,7 +1,10 @@
 #include "MessageRecorder.h"
+#include "VTBackground.h"
 #include "VTDocument.h"
 #include "VTLoadIndicatorProps.h"
 #include "VTPreloader.h"
+#include "VTScene.h"
+#include "VTSceneManager.h"
 
 #include <QDir>
 #include <QFile>
@@ -166,6 +169,10 @@ void TestPreloader::initSaveCloseAndReload()
     QCOMPARE(pPreloader->getFileName(), preloaderPath(owner));
     QCOMPARE(QSize(pPreloader->getWidth(), pPreloader->getHeight()), QSize(640, 360));
     QVERIFY(!QFileInfo::exists(preloaderPath(owner)));
+    // One scene, with no fill, so the page shows through while the content loads.
+    QCOMPARE(pPreloader->getSceneCount(), 1);
+    QCOMPARE(pPreloader->getSceneManager()->getCurrentScene()->getBackground()->getFillStyle(),
+             int(VTBackground::NoFill));
 
     // Saved in its own editor, it saves the owner too, whose file then knows about it.
     pPreloader->setWidth(500);

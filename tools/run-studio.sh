@@ -7,9 +7,11 @@ build="${VETRA_BUILD_DIR:-$root/build}"
 bash "$root/tools/install-deps.sh"
 bash "$root/tools/build.sh"
 
-# Work on a copy, so that the sample in the repository stays as it is.
+# Work on a copy, so that the sample in the repository stays as it is. A copy older than the
+# repository's sample is replaced, so a new version of the sample is what opens.
 work="$build/samples/welcome"
-if [[ ! -f "$work/welcome.vetra" ]]; then
+if [[ ! -f "$work/welcome.vetra" || "$root/examples/welcome/welcome.vetra" -nt "$work/welcome.vetra" ]]; then
+    rm -rf "$work"
     mkdir -p "$build/samples"
     cp -r "$root/examples/welcome" "$build/samples/"
 fi

@@ -3,6 +3,7 @@
 // and the heap the loaded model holds against the heap the parsed JSON holds.
 //
 // Usage: bench_projectload [ELEMENTS] [ROUNDS]   (defaults 10000 and 5)
+#include "AgreeingMessageBox.h"
 #include "IMessageBox.h"
 #include "VTDocument.h"
 
@@ -23,27 +24,6 @@
 #include <memory>
 
 namespace {
-
-class SilentMessageBox final : public IMessageBox
-{
-public:
-    StandardButton information(const QString&, const QString&, StandardButtons, StandardButton) override
-    {
-        return Ok;
-    }
-    StandardButton warning(const QString&, const QString&, StandardButtons, StandardButton) override
-    {
-        return Ok;
-    }
-    StandardButton question(const QString&, const QString&, StandardButtons b, StandardButton) override
-    {
-        return b.testFlag(Yes) ? Yes : Ok;
-    }
-    StandardButton critical(const QString&, const QString&, StandardButtons, StandardButton) override
-    {
-        return Ok;
-    }
-};
 
 size_t heapInUse()
 {
@@ -162,7 +142,7 @@ QByteArray generateProject(int nElements)
 int main(int argc, char* argv[])
 {
     QCoreApplication app(argc, argv);
-    SilentMessageBox box;
+    AgreeingMessageBox box;
     IMessageBox::setInstance(&box);
     const int nElements = argc > 1 ? std::max(1, atoi(argv[1])) : 10000;
     const int nRounds = argc > 2 ? std::max(1, atoi(argv[2])) : 5;

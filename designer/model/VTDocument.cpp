@@ -8,7 +8,6 @@
 #include "VTJsonReader.h"
 #include "VTLocationManager.h"
 #include "VTResourceManager.h"
-#include "VTScene.h"
 #include "VTSceneManager.h"
 
 #include <QDebug>
@@ -400,23 +399,7 @@ bool VTDocument::openTempDocument(int nWidth, int nHeight, int nSceneCount, bool
     setWidth(nWidth);
     setHeight(nHeight);
     m_nRequestedSceneCount = qMax(0, nSceneCount);
-    for (int n = 0; n < m_nRequestedSceneCount; ++n) {
-        auto* pScene = new VTScene();
-        pScene->initDefault();
-        if (bResponsive) {
-            // A responsive stage fills whatever the page gives it.
-            pScene->setUnitW(VT::Percent);
-            pScene->setUnitH(VT::Percent);
-            pScene->setSizeW(1.0);
-            pScene->setSizeH(1.0);
-        } else {
-            pScene->setComputedW(nWidth);
-            pScene->setComputedH(nHeight);
-        }
-        if (n == 0)
-            pScene->setSelected(true);
-        getSceneManager()->addScene(pScene);
-    }
+    getSceneManager()->addNewScenes(m_nRequestedSceneCount, nWidth, nHeight, bResponsive);
     m_bInitResponsive = bResponsive;
     setStatus(tr("Ready"));
     return true;
@@ -572,7 +555,7 @@ bool VTDocument::save()
     const QString filePath = getFileName();
     if (!writeProjectFile(filePath, data))
         return false;
-    if (!saveAllSymbolsState()) {
+    if (!m_pResourceManager->saveAllSymbolsState()) {
         warn(tr("Cannot save project. Some symbols cannot be saved."));
         return false;
     }
@@ -643,7 +626,7 @@ bool VTDocument::save(const QString& filePath)
     const QString oldFilePath = getFileName();
     const QString oldResourceFolder = getResourceFolderPath();
     const QString newResourceFolderName = targetName + QStringLiteral("_res");
-    const QStringList referenced = getAbsTempFilenames(true, false);
+    const QStringList referenced = m_pResourceManager->getAbsTempFilenames(true, false);
     for (const QString& generated : {QStringLiteral("vtplayer.js"), getHTML5EntryFileName(),
                                      getHTML5DataFileName(), getHTML5CSSFileName()})
         removeFileHistory(generated, true);
@@ -679,7 +662,7 @@ bool VTDocument::save(const QString& filePath)
     // Symbols are written into the new folder only: the old project keeps the symbol files it
     // was last saved with, not the edits that went to the new one.
     setFileName(targetPath);
-    if (!saveAllSymbolsState()) {
+    if (!m_pResourceManager->saveAllSymbolsState()) {
         emit titleChanged();
         emit locationChanged();
         warn(tr("Cannot save project. Some symbols cannot be saved."));
@@ -698,7 +681,8 @@ void VTDocument::adoptCopiedFiles(const QList<QPair<QString, QString>>& copies, 
         m_pFileLocker->lock(copy.second);
         m_pFileLocker->unlock(copy.first);
         const bool bReferenced = referenced.contains(copy.first);
-        const bool bMigrated = nOldVersion < s_nFirstFormatWithOutputKeys && isTempResource(copy.first);
+        const bool bMigrated =
+            nOldVersion < s_nFirstFormatWithOutputKeys && m_pResourceManager->isTempResource(copy.first);
         if (bWasTemp || !bReferenced || bMigrated)
             QFile::remove(copy.first);
     }
@@ -737,16 +721,16 @@ void VTDocument::onCleanup()
         return;
     removeApplicationFonts();
     const bool bTemp = isTempDocument();
-    const QStringList referenced = getAbsTempFilenames(getUndoStack()->isClean(), false);
+    const QStringList referenced = m_pResourceManager->getAbsTempFilenames(getUndoStack()->isClean(), false);
     const QStringList files = m_fileHistory.getAbsolutePaths(getLocation());
     for (const QString& filePath : files) {
         m_pFileLocker->unlock(filePath);
         const bool bReferenced = referenced.contains(filePath);
-        const bool bMigrated = m_nDocVersion <= 1 && isTempResource(filePath);
+        const bool bMigrated = m_nDocVersion <= 1 && m_pResourceManager->isTempResource(filePath);
         if ((bTemp || !bReferenced || bMigrated) && QFileInfo(filePath).isFile())
             QFile::remove(filePath);
     }
-    cleanOldResources();
+    m_pResourceManager->cleanOldResources();
     m_pFileLocker->unlock(getFileName());
     if (bTemp)
         QFile::remove(getFileName());
@@ -759,26 +743,6 @@ bool VTDocument::savePreloaderTo(const QString& oldResourceFolder, const QString
     // The preloader is loaded from the old folder, which is still this document's.
     Q_UNUSED(oldResourceFolder)
     return m_preloaderLink.savePreloaderTo(newResourceFolder, m_strPreResFolderHtml5Output);
-}
-
-QStringList VTDocument::getAbsTempFilenames(bool bSkipDeleted, bool bSaveSymbols) const
-{
-    return m_pResourceManager->getAbsTempFilenames(bSkipDeleted, bSaveSymbols);
-}
-
-bool VTDocument::saveAllSymbolsState()
-{
-    return m_pResourceManager->saveAllSymbolsState();
-}
-
-void VTDocument::cleanOldResources()
-{
-    m_pResourceManager->cleanOldResources();
-}
-
-bool VTDocument::isTempResource(const QString& filePath) const
-{
-    return m_pResourceManager->isTempResource(filePath);
 }
 
 qint64 VTDocument::getDataSize() const

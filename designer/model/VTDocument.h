@@ -205,12 +205,6 @@ protected:
     // inspector; only the fonts this project registered are removed again.
     virtual void regApplicationFont();
     virtual void removeApplicationFonts();
-    // Absolute paths of the files the project's resources still reference.
-    virtual QStringList getAbsTempFilenames(bool bSkipDeleted, bool bSaveSymbols) const;
-    virtual bool saveAllSymbolsState();
-    virtual void cleanOldResources();
-    // Files left by the migration of an old resource layout.
-    virtual bool isTempResource(const QString& filePath) const;
     // The preview server serves the resource folder; it follows a save under a new name.
     virtual void onResourceFolderMoved(const QString& oldFolder, const QString& newFolder)
     {

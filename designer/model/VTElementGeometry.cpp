@@ -50,139 +50,157 @@ Placement placementOf(const VTElement& element, const VTElementProperty& block, 
 
 } // namespace
 
-// Sizes and positions
+// Sizes and positions. Width and height, left and top follow the same rules on their own axis.
 
-double VTElementGeometry::getComputedX(const VTElement& element, const VTLayoutKey& key)
+namespace {
+
+struct PositionAxis
+{
+    int (VTElementProperty::*unit)() const;
+    double (VTElementProperty::*position)() const;
+    void (VTElementProperty::*setPosition)(double);
+    double (VTElement::*parentSize)(const VTLayoutKey&) const;
+};
+
+const PositionAxis kAxisX{&VTElementProperty::getUnitX, &VTElementProperty::getPositionX,
+                          &VTElementProperty::setPositionX, &VTElement::getParentComputedW};
+const PositionAxis kAxisY{&VTElementProperty::getUnitY, &VTElementProperty::getPositionY,
+                          &VTElementProperty::setPositionY, &VTElement::getParentComputedH};
+
+struct SizeAxis
+{
+    int (VTElementProperty::*unit)() const;
+    double (VTElementProperty::*size)() const;
+    void (VTElementProperty::*setSize)(double);
+    int (VTElementProperty::*otherUnit)() const;
+    double (VTElementProperty::*otherSize)() const;
+    double (VTElement::*parentSize)(const VTLayoutKey&) const;
+    double (*otherComputed)(const VTElement&, const VTLayoutKey&);
+};
+
+const SizeAxis kAxisW{&VTElementProperty::getUnitW,    &VTElementProperty::getSizeW,
+                      &VTElementProperty::setSizeW,    &VTElementProperty::getUnitH,
+                      &VTElementProperty::getSizeH,    &VTElement::getParentComputedW,
+                      &VTElementGeometry::getComputedH};
+const SizeAxis kAxisH{&VTElementProperty::getUnitH,    &VTElementProperty::getSizeH,
+                      &VTElementProperty::setSizeH,    &VTElementProperty::getUnitW,
+                      &VTElementProperty::getSizeW,    &VTElement::getParentComputedH,
+                      &VTElementGeometry::getComputedW};
+
+double computedPosition(const VTElement& element, const VTLayoutKey& key, const PositionAxis& axis)
 {
     const VTLayoutKey layout = element.resolveLayoutKey(key);
     const VTElementProperty* pBlock = element.getLayoutProperty(layout);
     if (!pBlock)
         return 0.0;
-    if (pBlock->getUnitX() == VT::Percent)
-        return pBlock->getPositionX() * element.getParentComputedW(layout);
-    return pBlock->getPositionX();
+    if ((pBlock->*axis.unit)() == VT::Percent)
+        return (pBlock->*axis.position)() * (element.*axis.parentSize)(layout);
+    return (pBlock->*axis.position)();
 }
 
-void VTElementGeometry::applyComputedX(VTElement& element, double dValue, const VTLayoutKey& key)
+void applyComputedPosition(VTElement& element, double dValue, const VTLayoutKey& key,
+                           const PositionAxis& axis)
 {
     const VTLayoutKey layout = element.resolveLayoutKey(key);
     VTElementProperty* pBlock = element.getLayoutProperty(layout);
     if (!pBlock)
         return;
-    if (pBlock->getUnitX() != VT::Percent) {
-        pBlock->setPositionX(dValue);
+    if ((pBlock->*axis.unit)() != VT::Percent) {
+        (pBlock->*axis.setPosition)(dValue);
         return;
     }
-    const double dParent = element.getParentComputedW(layout);
+    const double dParent = (element.*axis.parentSize)(layout);
     if (hasSize(dParent))
-        pBlock->setPositionX(dValue / dParent);
-}
-
-double VTElementGeometry::getComputedY(const VTElement& element, const VTLayoutKey& key)
-{
-    const VTLayoutKey layout = element.resolveLayoutKey(key);
-    const VTElementProperty* pBlock = element.getLayoutProperty(layout);
-    if (!pBlock)
-        return 0.0;
-    if (pBlock->getUnitY() == VT::Percent)
-        return pBlock->getPositionY() * element.getParentComputedH(layout);
-    return pBlock->getPositionY();
-}
-
-void VTElementGeometry::setComputedY(VTElement& element, double dValue, const VTLayoutKey& key)
-{
-    const VTLayoutKey layout = element.resolveLayoutKey(key);
-    VTElementProperty* pBlock = element.getLayoutProperty(layout);
-    if (!pBlock)
-        return;
-    if (pBlock->getUnitY() != VT::Percent) {
-        pBlock->setPositionY(dValue);
-        return;
-    }
-    const double dParent = element.getParentComputedH(layout);
-    if (hasSize(dParent))
-        pBlock->setPositionY(dValue / dParent);
+        (pBlock->*axis.setPosition)(dValue / dParent);
 }
 
 // A ratio refers to the other side; should both sides claim to be ratios, which reading refuses,
 // the other side's stored number is taken as pixels so that the two never ask each other.
+double ratioReference(const VTElement& element, const VTElementProperty& block, const VTLayoutKey& layout,
+                      const SizeAxis& axis)
+{
+    return (block.*axis.otherUnit)() == VT::Ratio ? (block.*axis.otherSize)()
+                                                  : axis.otherComputed(element, layout);
+}
 
-double VTElementGeometry::getComputedW(const VTElement& element, const VTLayoutKey& key)
+double computedSize(const VTElement& element, const VTLayoutKey& key, const SizeAxis& axis)
 {
     const VTLayoutKey layout = element.resolveLayoutKey(key);
     const VTElementProperty* pBlock = element.getLayoutProperty(layout);
     if (!pBlock)
         return 0.0;
-    switch (pBlock->getUnitW()) {
+    switch ((pBlock->*axis.unit)()) {
     case VT::Percent:
-        return pBlock->getSizeW() * element.getParentComputedW(layout);
+        return (pBlock->*axis.size)() * (element.*axis.parentSize)(layout);
     case VT::Ratio:
-        return pBlock->getSizeW() *
-               (pBlock->getUnitH() == VT::Ratio ? pBlock->getSizeH() : getComputedH(element, layout));
+        return (pBlock->*axis.size)() * ratioReference(element, *pBlock, layout, axis);
     default:
-        return pBlock->getSizeW();
+        return (pBlock->*axis.size)();
     }
+}
+
+void applyComputedSize(VTElement& element, double dValue, const VTLayoutKey& key, const SizeAxis& axis)
+{
+    const VTLayoutKey layout = element.resolveLayoutKey(key);
+    VTElementProperty* pBlock = element.getLayoutProperty(layout);
+    if (!pBlock)
+        return;
+    double dReference = 1.0;
+    switch ((pBlock->*axis.unit)()) {
+    case VT::Percent:
+        dReference = (element.*axis.parentSize)(layout);
+        break;
+    case VT::Ratio:
+        dReference = ratioReference(element, *pBlock, layout, axis);
+        break;
+    default:
+        (pBlock->*axis.setSize)(dValue);
+        return;
+    }
+    if (hasSize(dReference))
+        (pBlock->*axis.setSize)(dValue / dReference);
+}
+
+} // namespace
+
+double VTElementGeometry::getComputedX(const VTElement& element, const VTLayoutKey& key)
+{
+    return computedPosition(element, key, kAxisX);
+}
+
+void VTElementGeometry::applyComputedX(VTElement& element, double dValue, const VTLayoutKey& key)
+{
+    applyComputedPosition(element, dValue, key, kAxisX);
+}
+
+double VTElementGeometry::getComputedY(const VTElement& element, const VTLayoutKey& key)
+{
+    return computedPosition(element, key, kAxisY);
+}
+
+void VTElementGeometry::setComputedY(VTElement& element, double dValue, const VTLayoutKey& key)
+{
+    applyComputedPosition(element, dValue, key, kAxisY);
+}
+
+double VTElementGeometry::getComputedW(const VTElement& element, const VTLayoutKey& key)
+{
+    return computedSize(element, key, kAxisW);
 }
 
 void VTElementGeometry::setComputedW(VTElement& element, double dValue, const VTLayoutKey& key)
 {
-    const VTLayoutKey layout = element.resolveLayoutKey(key);
-    VTElementProperty* pBlock = element.getLayoutProperty(layout);
-    if (!pBlock)
-        return;
-    double dReference = 1.0;
-    switch (pBlock->getUnitW()) {
-    case VT::Percent:
-        dReference = element.getParentComputedW(layout);
-        break;
-    case VT::Ratio:
-        dReference = pBlock->getUnitH() == VT::Ratio ? pBlock->getSizeH() : getComputedH(element, layout);
-        break;
-    default:
-        pBlock->setSizeW(dValue);
-        return;
-    }
-    if (hasSize(dReference))
-        pBlock->setSizeW(dValue / dReference);
+    applyComputedSize(element, dValue, key, kAxisW);
 }
 
 double VTElementGeometry::getComputedH(const VTElement& element, const VTLayoutKey& key)
 {
-    const VTLayoutKey layout = element.resolveLayoutKey(key);
-    const VTElementProperty* pBlock = element.getLayoutProperty(layout);
-    if (!pBlock)
-        return 0.0;
-    switch (pBlock->getUnitH()) {
-    case VT::Percent:
-        return pBlock->getSizeH() * element.getParentComputedH(layout);
-    case VT::Ratio:
-        return pBlock->getSizeH() *
-               (pBlock->getUnitW() == VT::Ratio ? pBlock->getSizeW() : getComputedW(element, layout));
-    default:
-        return pBlock->getSizeH();
-    }
+    return computedSize(element, key, kAxisH);
 }
 
 void VTElementGeometry::setComputedH(VTElement& element, double dValue, const VTLayoutKey& key)
 {
-    const VTLayoutKey layout = element.resolveLayoutKey(key);
-    VTElementProperty* pBlock = element.getLayoutProperty(layout);
-    if (!pBlock)
-        return;
-    double dReference = 1.0;
-    switch (pBlock->getUnitH()) {
-    case VT::Percent:
-        dReference = element.getParentComputedH(layout);
-        break;
-    case VT::Ratio:
-        dReference = pBlock->getUnitW() == VT::Ratio ? pBlock->getSizeW() : getComputedW(element, layout);
-        break;
-    default:
-        pBlock->setSizeH(dValue);
-        return;
-    }
-    if (hasSize(dReference))
-        pBlock->setSizeH(dValue / dReference);
+    applyComputedSize(element, dValue, key, kAxisH);
 }
 
 double VTElementGeometry::getComputedLeft(const VTElement& element, const VTLayoutKey& key)

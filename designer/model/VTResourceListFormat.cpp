@@ -157,8 +157,6 @@ bool VTResourceListFormat::parse(VTResourceManager& manager, const QJsonArray& a
             pOther->setIncludeResource(type != VTResource::Html &&
                                        reader.readBool(QStringLiteral("includeHeader"), false));
             pOther->setResourceType(VTOtherResource::toOtherResourceType(nKind));
-            if (type == VTResource::Html)
-                pOther->setUsageCount(0);
         }
 
         auto* pMedia = dynamic_cast<MediaResource*>(pResource.get());

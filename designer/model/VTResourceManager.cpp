@@ -157,7 +157,8 @@ bool VTResourceManager::addResource(VTResource* pResource, const QString& source
         return false;
     }
     lockAndRecord(fileName);
-    if (!m_mapResources.values().contains(pResource))
+    // A media resource gathering one more encoding is registered already.
+    if (m_mapResources.value(pResource->getId()) != pResource)
         addResource(pResource);
     return true;
 }
@@ -231,11 +232,17 @@ void VTResourceManager::removeResource(VTResource* pResource)
 
 QString VTResourceManager::getTempPath() const
 {
+    const QString folder = getResourceFolder();
+    if (!folder.isEmpty())
+        QDir().mkpath(folder);
+    return folder;
+}
+
+QString VTResourceManager::getResourceFolder() const
+{
     if (!m_pDocument || m_pDocument->getFileName().isEmpty())
         return {};
-    const QString folder = m_pDocument->getResourceFolderPath();
-    QDir().mkpath(folder);
-    return folder + QLatin1Char('/');
+    return m_pDocument->getResourceFolderPath() + QLatin1Char('/');
 }
 
 QString VTResourceManager::resolveFileName(const QString& fileName) const
@@ -246,7 +253,7 @@ QString VTResourceManager::resolveFileName(const QString& fileName) const
         fileName == QLatin1String(".") || fileName == QLatin1String("..") || QDir::isAbsolutePath(fileName) ||
         fileName.contains(QChar(0)))
         return {};
-    const QString folderPath = getTempPath();
+    const QString folderPath = getResourceFolder();
     if (folderPath.isEmpty())
         return {};
     const QString path = folderPath + fileName;
@@ -273,6 +280,7 @@ QString VTResourceManager::getAbsTempFilename(VTResource* pResource, bool bSaveS
     VTSymbol* pSymbol = getSymbolForResource(pResource);
     if (!pSymbol)
         return {};
+    getTempPath();
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || !pSymbol->saveTempData(&file)) {
         file.cancelWriting();
@@ -472,7 +480,7 @@ bool VTResourceManager::isFileNameTaken(const QString& candidate, MediaResource:
     }
     // A file that is there without a resource (an export, something the user put there) is
     // never overwritten by an import.
-    const QString folder = getTempPath();
+    const QString folder = getResourceFolder();
     return !folder.isEmpty() && QFileInfo::exists(folder + candidate);
 }
 
@@ -652,6 +660,8 @@ bool VTResourceManager::copyFiles(const QList<QPair<QString, QString>>& files, c
         progressConnection = connect(this, &VTResourceManager::bytesWritten, this,
                                      [pRaw](qint64 n) { pRaw->addCopiedBytes(n); });
     }
+    // Imports may be the first files of a new project's resource folder.
+    getTempPath();
     QStringList written;
     bool bOk = true;
     for (const auto& file : files) {
@@ -708,7 +718,7 @@ void VTResourceManager::serializeToExport(QJsonArray& array, bool bPreview, bool
 
 bool VTResourceManager::isTempResource(const QString& filePath) const
 {
-    const QString folder = getTempPath();
+    const QString folder = getResourceFolder();
     if (folder.isEmpty() || !filePath.startsWith(folder))
         return false;
     const QString name = filePath.mid(folder.size());

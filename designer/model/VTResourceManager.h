@@ -59,6 +59,8 @@ public:
 
     // The resource folder with a trailing "/", made when missing.
     QString getTempPath() const;
+    // The same without touching the disk; empty while the project has no file name.
+    QString getResourceFolder() const;
     // The absolute path of a file name inside the resource folder, or empty when the name would
     // lead outside it (absolute, "..", a backslash, a symbolic link out of the folder).
     QString resolveFileName(const QString& fileName) const;

@@ -155,3 +155,23 @@ int VTSceneManager::getMainTimelineLabelTime(const QString& label) const
     }
     return -1;
 }
+
+void VTSceneManager::addNewScenes(int nCount, int nWidth, int nHeight, bool bResponsive)
+{
+    for (int n = 0; n < nCount; ++n) {
+        auto* pScene = new VTScene();
+        pScene->initDefault();
+        if (bResponsive) {
+            pScene->setUnitW(VT::Percent);
+            pScene->setUnitH(VT::Percent);
+            pScene->setSizeW(1.0);
+            pScene->setSizeH(1.0);
+        } else {
+            pScene->setComputedW(nWidth);
+            pScene->setComputedH(nHeight);
+        }
+        if (n == 0)
+            pScene->setSelected(true);
+        addScene(pScene);
+    }
+}

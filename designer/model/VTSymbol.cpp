@@ -2,6 +2,7 @@
 
 #include "IMessageBox.h"
 #include "IUtils.h"
+#include "VTDocument.h"
 #include "VTEventListenerList.h"
 #include "VTFunctionManager.h"
 #include "VTJsonReader.h"
@@ -72,10 +73,9 @@ bool VTSymbol::loadData(const QJsonObject& object)
     if (m_pFunctionManager)
         m_pFunctionManager->parse(reader.readObject(s_strScriptsKey), &m_lstLoadProblems);
     if (m_pResourceManager) {
-        const QJsonValue version = object.value(QStringLiteral("docVersion"));
-        int nVersion = VTJsonReader::isInt(version) ? version.toInt() : -1;
-        if (version.isString() && version.toString() == QLatin1String("1.0"))
-            nVersion = 1;
+        // The project has read its format version before its content.
+        const VTDocument* pDocument = m_pResourceManager->getDocument();
+        const int nVersion = pDocument ? pDocument->getDocVersion() : -1;
         bool bMissingFiles = false;
         if (!m_pResourceManager->parse(reader.readArray(s_strResourcesKey), nVersion, &m_lstLoadProblems,
                                        &bMissingFiles)) {

@@ -1,5 +1,6 @@
 // Feeds arbitrary bytes to the project loader, the way a damaged or hostile project file would
 // reach it, and checks that what the model writes it reads back to the same.
+#include "AgreeingMessageBox.h"
 #include "IMessageBox.h"
 #include "VTDocument.h"
 
@@ -14,22 +15,6 @@
 #include <cstdlib>
 
 namespace {
-
-// Says yes to every question, so the loader goes as deep as the input lets it.
-class AgreeingMessageBox final : public IMessageBox
-{
-public:
-    StandardButton information(const QString&, const QString&, StandardButtons, StandardButton) override
-    {
-        return Ok;
-    }
-    StandardButton warning(const QString&, const QString&, StandardButtons, StandardButton) override { return Ok; }
-    StandardButton question(const QString&, const QString&, StandardButtons buttons, StandardButton) override
-    {
-        return buttons.testFlag(Yes) ? Yes : Ok;
-    }
-    StandardButton critical(const QString&, const QString&, StandardButtons, StandardButton) override { return Ok; }
-};
 
 QTemporaryDir* s_pFolder = nullptr;
 

@@ -3,7 +3,10 @@
 #include "VTCheckCommand.h"
 #include "VTCliApplication.h"
 #include "VTCliMessageBox.h"
+#include "VTPackCommand.h"
 #include "VTResaveCommand.h"
+#include "VTUnpackCommand.h"
+#include "VTValuesCommand.h"
 
 #include <QCoreApplication>
 #include <QTextStream>
@@ -40,6 +43,9 @@ int main(int argc, char* argv[])
     VTCliApplication cli;
     cli.addCommand(std::make_unique<VTCheckCommand>());
     cli.addCommand(std::make_unique<VTResaveCommand>());
+    cli.addCommand(std::make_unique<VTPackCommand>());
+    cli.addCommand(std::make_unique<VTUnpackCommand>());
+    cli.addCommand(std::make_unique<VTValuesCommand>());
     const int nExitCode = cli.run(QCoreApplication::arguments().mid(1), out, err);
 
     out.flush();

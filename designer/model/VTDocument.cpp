@@ -3,10 +3,12 @@
 #include "IMessageBox.h"
 #include "IProjectDialogs.h"
 #include "IUtils.h"
+#include "VTBreakpointManager.h"
 #include "VTFileLocker.h"
 #include "VTFunctionManager.h"
 #include "VTJsonReader.h"
 #include "VTLocationManager.h"
+#include "VTPackage.h"
 #include "VTResourceManager.h"
 #include "VTSceneManager.h"
 
@@ -390,6 +392,8 @@ bool VTDocument::openTempDocument(int nWidth, int nHeight, int nSceneCount, bool
     if (bResponsive) {
         m_lstInitialHBreakpoints = DocumentManager::getHBreakpoints();
         m_lstInitialVBreakpoints = DocumentManager::getVBreakpoints();
+        getBreakpointManager()->init(m_lstInitialHBreakpoints, m_lstInitialVBreakpoints);
+        setCurrentLayoutId(getBreakpointManager()->getBreakpointBySize(nWidth, nHeight));
     } else {
         m_lstInitialHBreakpoints.clear();
         m_lstInitialVBreakpoints.clear();
@@ -419,7 +423,9 @@ bool VTDocument::open()
             return false;
         if (!extractPackage(filePath, QFileInfo(projectPath).absolutePath()))
             return false;
+        // From here on this is the extracted project; its resources are read from beside it.
         filePath = projectPath;
+        setFileName(filePath);
     }
     if (!checkBackupBeforeOpen(filePath))
         return false;
@@ -474,17 +480,12 @@ bool VTDocument::saveBackup()
 
 bool VTDocument::extractPackage(const QString& packagePath, const QString& folder)
 {
-    Q_UNUSED(folder)
-    warn(tr("Package files are not supported yet.") + QLatin1Char('\n') +
-         QDir::toNativeSeparators(packagePath));
-    return false;
+    return VTPackage::extract(packagePath, folder);
 }
 
 bool VTDocument::saveToPackage(const QString& packagePath)
 {
-    warn(tr("Package files are not supported yet.") + QLatin1Char('\n') +
-         QDir::toNativeSeparators(packagePath));
-    return false;
+    return VTPackage::save(*this, packagePath);
 }
 
 bool VTDocument::pause()

@@ -400,23 +400,23 @@ void VTElement::deleteAllLayoutProperties()
     }
 }
 
-void VTElement::prepareLayoutProperty(QVector<VTLayoutKey> vecKeys, bool bWithBase,
+void VTElement::prepareLayoutProperty(QList<VTLayoutKey> lstKeys, bool bWithBase,
                                       const VTLayoutKey& sourceKey)
 {
     const VTLayoutKey source = resolveLayoutKey(sourceKey);
     const VTElementProperty* pSource = getLayoutProperty(source);
     if (!pSource)
         return;
-    if (!vecKeys.contains(VTLayoutKey::base()))
-        vecKeys.prepend(VTLayoutKey::base());
+    if (!lstKeys.contains(VTLayoutKey::base()))
+        lstKeys.prepend(VTLayoutKey::base());
     const QList<VTLayoutKey> lstExisting = getAllLayoutIds();
     for (const VTLayoutKey& key : lstExisting) {
-        if (key == source || (bWithBase && vecKeys.contains(key)))
+        if (key == source || (bWithBase && lstKeys.contains(key)))
             continue;
         std::unique_ptr<VTElementProperty> pRemoved(removeLayoutProperty(key));
         pRemoved->getBackground()->detachResources();
     }
-    for (const VTLayoutKey& key : qAsConst(vecKeys)) {
+    for (const VTLayoutKey& key : qAsConst(lstKeys)) {
         if (m_mapLayoutProperties.contains(key))
             continue;
         std::unique_ptr<VTElementProperty> pCopy(pSource->clone());

@@ -236,7 +236,7 @@ public:
     // are removed, and with bWithBase false every block but the source's; each wanted layout
     // without a block gets a copy of the source's block. The source's own block stays in any case.
     // Without a source block nothing changes.
-    void prepareLayoutProperty(QVector<VTLayoutKey> vecKeys, bool bWithBase, const VTLayoutKey& sourceKey);
+    void prepareLayoutProperty(QList<VTLayoutKey> lstKeys, bool bWithBase, const VTLayoutKey& sourceKey);
     // A new block of the element's kind, which the caller owns; null when the kind has no block
     // class.
     VTElementProperty* createLayoutBlock() const;

@@ -8,6 +8,8 @@
 #include "VTSceneManager.h"
 #include "VTSceneProperty.h"
 #include "VTSymbol.h"
+#include "VTTimeline.h"
+#include "VTTimelineManager.h"
 
 #include <QJsonArray>
 
@@ -24,7 +26,9 @@ const QString kTimelines = QStringLiteral("timelines");
 
 } // namespace
 
-VTScene::VTScene() = default;
+VTScene::VTScene()
+    : m_pTimelineManager(std::make_unique<VTTimelineManager>(this))
+{}
 
 VTScene::VTScene(const VTScene& other)
     : VTElement(other)
@@ -34,12 +38,19 @@ VTScene::VTScene(const VTScene& other)
     , m_nTsDuration(other.m_nTsDuration)
     , m_nTsEasing(other.m_nTsEasing)
     , m_nTsDirection(other.m_nTsDirection)
-    , m_joTimelines(other.m_joTimelines)
+    , m_pTimelineManager(std::make_unique<VTTimelineManager>(this))
     , m_pSceneManager(other.m_pSceneManager)
-{}
+{
+    // The copy's elements keep the ids of the original's, so the timelines read back onto them.
+    QJsonObject timelines;
+    other.m_pTimelineManager->serialize(timelines);
+    m_pTimelineManager->parse(timelines);
+}
 
 VTScene::~VTScene()
 {
+    // Timelines point at the elements; they go before the tree.
+    m_pTimelineManager.reset();
     // A scene deleted while still listed must not leave a dangling entry in its manager.
     if (m_pSceneManager)
         m_pSceneManager->detachScene(this);
@@ -66,7 +77,7 @@ void VTScene::initDefault()
     }
     if (VTBorder* pBorder = getBorder())
         pBorder->setStyle(VTBorder::None);
-    m_joTimelines = QJsonObject();
+    m_pTimelineManager = std::make_unique<VTTimelineManager>(this);
     m_pSceneManager = nullptr;
     m_bAutoAdvance = true;
     m_nTsType = VT::TransitionNone;
@@ -230,7 +241,9 @@ void VTScene::serialize(QJsonObject& json) const
     json.insert(kTsDuration, m_nTsDuration);
     json.insert(kTsEasing, m_nTsEasing);
     json.insert(kTsDirection, m_nTsDirection);
-    json.insert(kTimelines, m_joTimelines);
+    QJsonObject timelines;
+    m_pTimelineManager->serialize(timelines);
+    json.insert(kTimelines, timelines);
 }
 
 bool VTScene::parse(const QJsonObject& json, VTResourceManager* pManager, QStringList* pProblems)
@@ -246,7 +259,13 @@ bool VTScene::parse(const QJsonObject& json, VTResourceManager* pManager, QStrin
     m_nTsDuration = reader.readInt(kTsDuration, 0);
     m_nTsEasing = reader.readInt(kTsEasing, 0);
     m_nTsDirection = reader.readInt(kTsDirection, 0);
-    m_joTimelines = reader.readObject(kTimelines);
+    const QJsonObject timelines = reader.readObject(kTimelines);
+    QStringList lstTimelineProblems;
+    m_pTimelineManager->parse(timelines, &lstTimelineProblems);
+    for (const QString& problem : qAsConst(lstTimelineProblems))
+        reader.report(problem);
+    for (VTTimeline* pTimeline : m_pTimelineManager->getTimelines())
+        pTimeline->setLayoutID(getCurrentLayoutID());
     setSelected(reader.readBool(kIsSelected, false));
     return true;
 }
@@ -262,9 +281,29 @@ void VTScene::serializeToExport(QJsonObject& json, bool bSingleLayout, bool bUnu
     if (m_nTsType == VT::TransitionPush)
         transition.append(m_nTsDirection);
     json.insert(QStringLiteral("st"), transition);
-    // See the class comment: no timeline model yet.
-    json.insert(QStringLiteral("timelines"), QJsonArray());
-    json.insert(QStringLiteral("currentTime"), 0);
+    // The stage shows one timeline, the one being edited; the player gets them all.
+    const VTTimeline* pCurrent = m_pTimelineManager->getCurrentTimeline();
+    if (!pCurrent)
+        pCurrent = m_pTimelineManager->getMainTimeline();
+    QJsonArray timelines;
+    for (const VTTimeline* pTimeline : m_pTimelineManager->getTimelines()) {
+        if (bSingleLayout && pTimeline != pCurrent)
+            continue;
+        QJsonObject timeline;
+        pTimeline->serializeToExport(timeline, bSingleLayout, !bSingleLayout && bWithEvents);
+        timelines.append(timeline);
+    }
+    json.insert(QStringLiteral("timelines"), timelines);
+    json.insert(QStringLiteral("currentTime"), pCurrent ? pCurrent->getCurrentTime() : 0);
     if (isPreserved3D())
         json.insert(QStringLiteral("t3d"), true);
+}
+
+void VTScene::setCurrentLayoutID(const VTLayoutKey& key)
+{
+    VTElement::setCurrentLayoutID(key);
+    if (key.isCurrent() || !m_pTimelineManager)
+        return;
+    for (VTTimeline* pTimeline : m_pTimelineManager->getTimelines())
+        pTimeline->setLayoutID(key);
 }

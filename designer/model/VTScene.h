@@ -4,14 +4,16 @@
 
 #include <QJsonObject>
 
+#include <memory>
+
 class VTSceneManager;
+class VTTimelineManager;
 
 // The root element of one stage. Its name is the scene's name, its id the scene's id within the
 // symbol, and its children are numbered from nextChildId so that ids stay unique per scene.
 //
-// Current state of the timelines: their model is not written yet. The scene keeps its
-// "timelines" object exactly as read and writes it back unchanged, so no file loses its
-// animation; the player form carries an empty timeline list and time 0 until the model exists.
+// The scene owns its timelines. A layout change reaches them too, so that each timeline runs the
+// animations of the layout its elements show.
 class VTScene final : public VTElement
 {
     Q_OBJECT
@@ -100,9 +102,9 @@ public:
     void setPerspectiveZ(double dValue) { setPerspectiveZ(dValue, kCurrent); }
     void setPerspectiveZ(double dValue, const VTLayoutKey& key);
 
-    // The "timelines" object as read; see the class comment.
-    QJsonObject getTimelinesData() const { return m_joTimelines; }
-    void setTimelinesData(const QJsonObject& data) { m_joTimelines = data; }
+    VTTimelineManager* getTimelineManager() const { return m_pTimelineManager.get(); }
+    // Elements and timelines follow.
+    void setCurrentLayoutID(const VTLayoutKey& key) override;
 
 private:
     int m_nNextChildId = 1;
@@ -111,6 +113,6 @@ private:
     int m_nTsDuration = 0;
     int m_nTsEasing = 0;
     int m_nTsDirection = 0;
-    QJsonObject m_joTimelines;
+    std::unique_ptr<VTTimelineManager> m_pTimelineManager;
     VTSceneManager* m_pSceneManager = nullptr;
 };

@@ -1,25 +1,25 @@
 #include "VTSceneManager.h"
 
+#include "VTBreakpointManager.h"
 #include "VTScene.h"
+#include "VTTimeline.h"
+#include "VTTimelineManager.h"
 #include "VTSymbol.h"
 
 #include <limits>
 
 namespace {
 
-// Current state: timelines have no model yet, so a scene's main timeline has no length and no
-// labels. These two are where the timeline manager will answer.
 int getMainTimelineDuration(const VTScene* pScene)
 {
-    Q_UNUSED(pScene)
-    return 0;
+    const VTTimeline* pMain = pScene->getTimelineManager()->getMainTimeline();
+    return pMain ? pMain->totalDuration() : 0;
 }
 
 int getMainTimelineLabelTimeInScene(const VTScene* pScene, const QString& label)
 {
-    Q_UNUSED(pScene)
-    Q_UNUSED(label)
-    return -1;
+    const VTTimeline* pMain = pScene->getTimelineManager()->getMainTimeline();
+    return pMain ? pMain->getLabelValue(label) : -1;
 }
 
 } // namespace
@@ -58,7 +58,7 @@ int VTSceneManager::addScene(VTScene* pScene, int nIndex)
         m_nNextSceneId = pScene->getId() < kLastId ? pScene->getId() + 1 : kLastId;
     }
     if (m_pSymbol)
-        pScene->setCurrentLayoutID(m_pSymbol->getCurrentLayoutId());
+        pScene->setCurrentLayoutID(m_pSymbol->getCurrentLayoutId(true));
     if (pScene->isSelected() && !m_lstSelectedScenes.contains(pScene))
         m_lstSelectedScenes.append(pScene);
     pScene->setSceneManager(this);
@@ -170,6 +170,10 @@ void VTSceneManager::addNewScenes(int nCount, int nWidth, int nHeight, bool bRes
             pScene->setComputedW(nWidth);
             pScene->setComputedH(nHeight);
         }
+        // Every layout of the symbol starts as the base.
+        if (m_pSymbol)
+            pScene->prepareLayoutProperty(m_pSymbol->getBreakpointManager()->getAllBreakpointIds(false), true,
+                                          VTLayoutKey::base());
         if (n == 0)
             pScene->setSelected(true);
         addScene(pScene);

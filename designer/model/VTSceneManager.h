@@ -31,7 +31,7 @@ public:
     // there, any other appends. Returns the index, or -1 for null or a scene listed already.
     int addScene(VTScene* pScene, int nIndex = -1);
     // The blank scenes of a new project, the first one current: each the stage size, or for a
-    // responsive project the whole page.
+    // responsive project the whole page, with a block for every layout of the symbol.
     void addNewScenes(int nCount, int nWidth, int nHeight, bool bResponsive);
     // Hands the scene back to the caller; its former index, or -1 when it is not listed.
     int detachScene(VTScene* pScene);

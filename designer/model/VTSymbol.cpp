@@ -2,6 +2,7 @@
 
 #include "IMessageBox.h"
 #include "IUtils.h"
+#include "VTBreakpointManager.h"
 #include "VTDocument.h"
 #include "VTEventListenerList.h"
 #include "VTFunctionManager.h"
@@ -17,6 +18,7 @@
 #include <QSet>
 
 #include <functional>
+#include <limits>
 
 namespace {
 
@@ -61,6 +63,7 @@ int countBelow(const VTElement* pElement)
 VTSymbol::VTSymbol()
     : m_dtCreated(QDateTime::currentDateTimeUtc())
     , m_dtModified(m_dtCreated)
+    , m_pBreakpointManager(std::make_unique<VTBreakpointManager>())
     , m_pEvents(std::make_unique<VTEventListenerList>())
     , m_pSceneManager(std::make_unique<VTSceneManager>(this))
 {}
@@ -159,7 +162,10 @@ void VTSymbol::serializeToExport(QJsonObject& object, bool bStage) const
     object.insert(QStringLiteral("dur"), m_pSceneManager->getTotalTimelineDuration());
     object.insert(s_strAlignKey, m_nAlign);
     object.insert(QStringLiteral("af"), m_bAutofit);
-    // "b" joins here once breakpoints have a model.
+    QJsonObject breakpoints;
+    m_pBreakpointManager->serializeToExport(breakpoints, false);
+    if (!breakpoints.isEmpty())
+        object.insert(QStringLiteral("b"), breakpoints);
     m_pEvents->serializeToExport(object, bStage);
 }
 
@@ -229,9 +235,8 @@ bool VTSymbol::loadDataWithoutResource(const QJsonObject& object)
     if (!m_pSceneManager->getCurrentScene() && m_pSceneManager->getSceneCount() > 0)
         m_pSceneManager->getScenes().first()->setSelected(true);
 
-    m_joLayoutBreakpoints = reader.readObject(s_strBreakpointsKey);
-    for (VTScene* pScene : m_pSceneManager->getScenes())
-        pScene->setCurrentLayoutID(m_currentLayoutId);
+    m_pBreakpointManager->parse(reader.readObject(s_strBreakpointsKey), &m_lstLoadProblems);
+    updateCurrentLayoutId();
 
     m_joPreserved = object;
     const QStringList lstKnown = getSymbolKeys();
@@ -267,7 +272,9 @@ void VTSymbol::saveDataWithoutResource(QJsonObject& object) const
     QJsonArray events;
     m_pEvents->serialize(events);
     object.insert(s_strEventsKey, events);
-    object.insert(s_strBreakpointsKey, m_joLayoutBreakpoints);
+    QJsonObject breakpoints;
+    m_pBreakpointManager->serialize(breakpoints);
+    object.insert(s_strBreakpointsKey, breakpoints);
 }
 
 VTSymbol* VTSymbol::clone() const
@@ -284,8 +291,8 @@ VTSymbol* VTSymbol::clone() const
     pCopy->m_strDescription = m_strDescription;
     pCopy->m_strKeywords = m_strKeywords;
     pCopy->m_bAutofit = m_bAutofit;
-    pCopy->m_joLayoutBreakpoints = m_joLayoutBreakpoints;
-    pCopy->m_currentLayoutId = m_currentLayoutId;
+    // Before the scenes, which take the copy's layout as they are added.
+    pCopy->m_pBreakpointManager = m_pBreakpointManager->clone();
     pCopy->m_joPreserved = m_joPreserved;
     pCopy->m_pEvents = std::make_unique<VTEventListenerList>(*m_pEvents);
     pCopy->m_pResourceManager = m_pResourceManager;
@@ -323,13 +330,61 @@ void VTSymbol::detachResources()
         pScene->detachResources();
 }
 
+bool VTSymbol::isResponsiveMode() const
+{
+    return m_pBreakpointManager->isResponsiveMode();
+}
+
+void VTSymbol::setResponsiveMode(bool bResponsive)
+{
+    m_pBreakpointManager->setResponsiveMode(bResponsive);
+    updateCurrentLayoutId();
+}
+
+bool VTSymbol::hasResponsiveLayout() const
+{
+    return !m_pBreakpointManager->isEmpty();
+}
+
+VTLayoutKey VTSymbol::getCurrentLayoutId(bool bForShow) const
+{
+    return m_pBreakpointManager->getCurrentId(bForShow);
+}
+
 void VTSymbol::setCurrentLayoutId(const VTLayoutKey& key)
 {
     if (key.isCurrent())
         return;
-    m_currentLayoutId = key;
+    m_pBreakpointManager->setCurrentId(key);
+    updateCurrentLayoutId();
+}
+
+void VTSymbol::updateCurrentLayoutId()
+{
+    const VTLayoutKey key = m_pBreakpointManager->getCurrentId(true);
     for (VTScene* pScene : m_pSceneManager->getScenes())
         pScene->setCurrentLayoutID(key);
+}
+
+QSize VTSymbol::getBestSize(const VTLayoutKey& key) const
+{
+    const VTLayoutKey layout = key.isCurrent() ? getCurrentLayoutId(true) : key;
+    const VTBreakpointManager& manager = *m_pBreakpointManager;
+    if (!layout.isBase()) {
+        return QSize(manager.getBestSize(VTBreakpointManager::Horizontal, layout.getHorizontalId(), m_nWidth),
+                     manager.getBestSize(VTBreakpointManager::Vertical, layout.getVerticalId(), m_nHeight));
+    }
+    // The base layout is what a page wider and taller than every breakpoint shows.
+    const auto roomAbove = [](const VTBreakpointManager::EntryList& lstBreakpoints, int nSize) {
+        if (lstBreakpoints.isEmpty())
+            return nSize;
+        int nLargest = 0;
+        for (const VTBreakpointManager::Entry& breakpoint : lstBreakpoints)
+            nLargest = qMax(nLargest, breakpoint.second);
+        return nLargest > std::numeric_limits<int>::max() - 100 ? nLargest : qMax(nLargest + 100, nSize);
+    };
+    return QSize(roomAbove(manager.getHBreakpoints(), m_nWidth),
+                 roomAbove(manager.getVBreakpoints(), m_nHeight));
 }
 
 int VTSymbol::getSceneCount() const

@@ -7,11 +7,13 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QMap>
+#include <QSize>
 #include <QStringList>
 
 #include <memory>
 
 class QIODevice;
+class VTBreakpointManager;
 class VTEventListenerList;
 class VTFunctionManager;
 class VTResource;
@@ -23,8 +25,7 @@ class VTSceneManager;
 // the top-level symbol; every symbol resource holds one more.
 //
 // Keys of the symbol's object that this version does not know are kept as read and written back
-// unchanged, so a file from a newer version loses nothing by being opened and saved here. The
-// breakpoints ("layoutBreakpoints") are kept the same way until their model exists.
+// unchanged, so a file from a newer version loses nothing by being opened and saved here.
 class VTSymbol
 {
     Q_DECLARE_TR_FUNCTIONS(VTSymbol)
@@ -111,17 +112,28 @@ public:
     void setKeywords(const QString& keywords) { m_strKeywords = keywords; }
     bool isAutofit() const { return m_bAutofit; }
     void setAutofit(bool bAutofit) { m_bAutofit = bAutofit; }
-    // "layoutBreakpoints" as read; see the class comment.
-    QJsonObject getLayoutBreakpointsData() const { return m_joLayoutBreakpoints; }
-
-    // The layout the scenes show. Until breakpoints have a model it is kept here; setting it
-    // passes it to every scene.
-    VTLayoutKey getCurrentLayoutId() const { return m_currentLayoutId; }
+    // Responsive layouts. The manager is owned by the symbol and never null. The setters below
+    // change it and then pass the layout to show to every scene; whoever changes the manager
+    // directly calls updateCurrentLayoutId() for that.
+    VTBreakpointManager* getBreakpointManager() const { return m_pBreakpointManager.get(); }
+    bool isResponsiveMode() const;
+    void setResponsiveMode(bool bResponsive);
+    // Whether the symbol has any breakpoint, and so layouts besides the base.
+    bool hasResponsiveLayout() const;
+    // bForShow: what the scenes show, the base layout while responsive mode is off; otherwise the
+    // stored pair, which survives leaving the mode.
+    VTLayoutKey getCurrentLayoutId(bool bForShow) const;
+    // (-1, -1) names no layout and changes nothing.
     void setCurrentLayoutId(const VTLayoutKey& key);
     void setCurrentLayoutId(int nHorizontalId, int nVerticalId)
     {
         setCurrentLayoutId(VTLayoutKey(nHorizontalId, nVerticalId));
     }
+    // Passes the layout for show to every scene and through them to all elements.
+    void updateCurrentLayoutId();
+    // A stage size that lies inside the layout's ranges, the present size where it does. The base
+    // layout gets room above every breakpoint. (-1, -1) is the layout for show.
+    QSize getBestSize(const VTLayoutKey& key) const;
 
     // Counts for summaries: scenes, and elements below the scenes.
     int getSceneCount() const;
@@ -152,8 +164,7 @@ private:
     QString m_strDescription;
     QString m_strKeywords;
     bool m_bAutofit = false;
-    QJsonObject m_joLayoutBreakpoints;
-    VTLayoutKey m_currentLayoutId = VTLayoutKey::base();
+    std::unique_ptr<VTBreakpointManager> m_pBreakpointManager;
     std::unique_ptr<VTEventListenerList> m_pEvents;
     std::unique_ptr<VTSceneManager> m_pSceneManager;
     VTResourceManager* m_pResourceManager = nullptr;

@@ -81,7 +81,7 @@ void VTSymbolElement::updateSymbolLayoutId()
     VTSymbol* pSymbol = pManager ? pManager->getSymbolForResource(m_pResource) : nullptr;
     // Only a change goes on: besides saving work, it stops at once should a symbol ever reach
     // itself, which loading refuses but an edit could still attempt.
-    if (pSymbol && pSymbol->getCurrentLayoutId() != getCurrentLayoutID())
+    if (pSymbol && pSymbol->getCurrentLayoutId(false) != getCurrentLayoutID())
         pSymbol->setCurrentLayoutId(getCurrentLayoutID());
 }
 

@@ -41,6 +41,12 @@ QJsonObject sample()
     return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
 }
 
+QByteArray readBytes(const QString& filePath)
+{
+    QFile file(filePath);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 bool writeProject(const QString& filePath, const QJsonObject& object)
 {
     QDir().mkpath(QFileInfo(filePath).absolutePath());
@@ -60,6 +66,8 @@ private slots:
     void refusedProjectsFail();
     void damagedContentIsReported();
     void resaveWritesACopyAndLeavesTheOriginal();
+    void packThenUnpackGivesTheSameProject();
+    void unpackRefusesHostilePackagesAndProjects();
     void commandLine();
 
 private:
@@ -125,12 +133,12 @@ void TestCli::refusedProjectsFail()
         QStringLiteral("Vetra Studio: The project is incompatible with current application version.")));
     QVERIFY(result.strErr.contains(QStringLiteral("\"Cancel\"")));
 
-    // Packages are not opened yet, and nothing is unpacked beside them.
+    // A package that is no zip is refused, and nothing is unpacked beside it.
     const QString package = QDir(m_dir.path()).filePath(QStringLiteral("packed/show.vetrapack"));
     QVERIFY(writeProject(package, sample()));
     result = runVetra({QStringLiteral("check"), package});
     QCOMPARE(result.nExitCode, 1);
-    QVERIFY(result.strErr.contains(QStringLiteral("Package files are not supported yet.")));
+    QVERIFY(result.strErr.contains(QStringLiteral("Vetra Studio: Cannot open package file.")));
     QCOMPARE(QDir(QFileInfo(package).absolutePath()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
              QStringList{QStringLiteral("show.vetrapack")});
 }
@@ -259,6 +267,76 @@ void TestCli::resaveWritesACopyAndLeavesTheOriginal()
                        QDir(m_dir.path()).filePath(QStringLiteral("resave/x/x.vetra"))});
     QCOMPARE(result.nExitCode, 1);
     QVERIFY(result.strErr.contains(QStringLiteral("File doesn't exist.")));
+}
+
+void TestCli::packThenUnpackGivesTheSameProject()
+{
+    const QString sampleFolder = QFileInfo(samplePath()).absolutePath() + QStringLiteral("/welcome_res");
+    const QByteArray symbolBytes = readBytes(sampleFolder + QStringLiteral("/Badge.vetrasym"));
+    const QString package = QDir(m_dir.path()).filePath(QStringLiteral("pack/welcome.vetrapack"));
+    Result result = runVetra({QStringLiteral("pack"), samplePath(), package});
+    QVERIFY2(result.nExitCode == 0, qPrintable(result.strErr));
+    QVERIFY2(result.strErr.isEmpty(), qPrintable(result.strErr));
+    QCOMPARE(result.strOut.trimmed(), QDir::toNativeSeparators(package));
+    // Packing only reads the project, symbols included.
+    QCOMPARE(readBytes(sampleFolder + QStringLiteral("/Badge.vetrasym")), symbolBytes);
+
+    const QString folder = QDir(m_dir.path()).filePath(QStringLiteral("pack/unpacked/Show"));
+    result = runVetra({QStringLiteral("unpack"), package, folder});
+    QVERIFY2(result.nExitCode == 0, qPrintable(result.strErr));
+    const QString project = folder + QStringLiteral("/Show.vetra");
+    QCOMPARE(result.strOut.trimmed(), QDir::toNativeSeparators(project));
+    const Result original = runVetra({QStringLiteral("check"), samplePath()});
+    const Result unpacked = runVetra({QStringLiteral("check"), project});
+    QVERIFY2(unpacked.nExitCode == 0 && unpacked.strErr.isEmpty(), qPrintable(unpacked.strErr));
+    QCOMPARE(unpacked.strOut.mid(unpacked.strOut.indexOf(QLatin1String(" px,"))),
+             original.strOut.mid(original.strOut.indexOf(QLatin1String(" px,"))));
+    // The package itself checks as well, unpacked out of sight.
+    const Result packed = runVetra({QStringLiteral("check"), package});
+    QCOMPARE(packed.strOut.mid(packed.strOut.indexOf(QLatin1String(" px,"))),
+             original.strOut.mid(original.strOut.indexOf(QLatin1String(" px,"))));
+
+    // Nothing is replaced, and bad arguments say how it is used.
+    result = runVetra({QStringLiteral("pack"), samplePath(), package});
+    QCOMPARE(result.nExitCode, 1);
+    QVERIFY(result.strErr.contains(QStringLiteral("exists already")));
+    result = runVetra({QStringLiteral("unpack"), package, folder});
+    QCOMPARE(result.nExitCode, 1);
+    QVERIFY(result.strErr.contains(QStringLiteral("holds a project already")));
+    QCOMPARE(runVetra({QStringLiteral("pack"), samplePath(), package + QStringLiteral(".zip")}).nExitCode, 2);
+    QCOMPARE(runVetra({QStringLiteral("unpack"), package}).nExitCode, 2);
+}
+
+void TestCli::unpackRefusesHostilePackagesAndProjects()
+{
+    const QString package = QDir(m_dir.path()).filePath(QStringLiteral("hostile/welcome.vetrapack"));
+    Result result = runVetra({QStringLiteral("pack"), samplePath(), package});
+    QCOMPARE(result.nExitCode, 0);
+    // A resource renamed in place, to the same length, so that it would land two folders up.
+    QByteArray bytes = readBytes(package);
+    QVERIFY(bytes.contains("vetra-studio_res/logo.svg"));
+    bytes.replace("vetra-studio_res/logo.svg", "vetra-studio_res/../../ab");
+    const QString hostile = QDir(m_dir.path()).filePath(QStringLiteral("hostile/slip.vetrapack"));
+    {
+        QFile file(hostile);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    }
+    const QString folder = QDir(m_dir.path()).filePath(QStringLiteral("hostile/out/Show"));
+    result = runVetra({QStringLiteral("unpack"), hostile, folder});
+    QCOMPARE(result.nExitCode, 1);
+    QVERIFY2(result.strErr.contains(QStringLiteral("Vetra Studio: Cannot read project resources.")),
+             qPrintable(result.strErr));
+    QVERIFY(result.strOut.isEmpty());
+    // The folder it made is gone again, and nothing landed beside it.
+    QVERIFY(!QFileInfo::exists(folder));
+    QVERIFY(!QFileInfo::exists(QDir(m_dir.path()).filePath(QStringLiteral("hostile/ab"))));
+    QVERIFY(!QFileInfo::exists(QDir(m_dir.path()).filePath(QStringLiteral("hostile/out/ab"))));
+
+    result = runVetra(
+        {QStringLiteral("unpack"), QDir(m_dir.path()).filePath(QStringLiteral("none.vetrapack")), folder});
+    QCOMPARE(result.nExitCode, 1);
+    QVERIFY(result.strErr.contains(QStringLiteral("Vetra Studio: The package file doesn't exist.")));
+    QVERIFY(!QFileInfo::exists(folder));
 }
 
 void TestCli::commandLine()

@@ -108,7 +108,6 @@ QJsonObject TestDocumentFormat::fullProject() const
         model.initDefault();
         model.setName(name);
         model.setId(nId);
-        model.setTimelinesData(QJsonObject{{QStringLiteral("main"), 1}});
         // A load without a selected scene selects the first; the file states it already.
         model.setSelected(nId == 1);
         QJsonObject json;
@@ -134,7 +133,12 @@ QJsonObject TestDocumentFormat::fullProject() const
         {QStringLiteral("scenes"),
          QJsonArray{scene(QStringLiteral("Intro"), 1), scene(QStringLiteral("Outro"), 2)}},
         {QStringLiteral("events"), events},
-        {QStringLiteral("layoutBreakpoints"), QJsonObject{{QStringLiteral("h"), QJsonArray{480}}}},
+        {QStringLiteral("layoutBreakpoints"),
+         QJsonObject{{QStringLiteral("responsiveMode"), false},
+                     {QStringLiteral("h"), QJsonArray{QJsonArray{1, 0}, QJsonArray{2, 480}}},
+                     {QStringLiteral("hCurrentId"), 2},
+                     {QStringLiteral("vCurrentId"), 0},
+                     {QStringLiteral("nextId"), 3}}},
         // A script linked by URL: a resource with no file to look for.
         {QStringLiteral("resources"),
          QJsonArray{

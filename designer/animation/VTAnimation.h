@@ -63,6 +63,8 @@ public:
 
 protected:
     void updateCurrentTime(int nCurrentTime) override;
+    // Children before this index are no keyframes (the playback row).
+    virtual int getFirstKeyframeIndex() const { return 0; }
 
 private:
     VTElement* m_pElement = nullptr;

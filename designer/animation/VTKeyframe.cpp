@@ -413,6 +413,11 @@ void VTKeyframe::updateAllSegments()
     invalidateCache();
 }
 
+int VTKeyframe::duration() const
+{
+    return m_lstKeyValues.isEmpty() ? 0 : qMax(0, m_lstKeyValues.last()->getTime());
+}
+
 VTKeyValue* VTKeyframe::getKeyValue(int nTime) const
 {
     for (VTKeyValue* pKey : m_lstKeyValues) {
@@ -609,7 +614,13 @@ bool VTKeyframe::parse(const QJsonObject& json, QStringList* pProblems)
             note(tr("A key of the %1 keyframe at %2 ms has a damaged value; it reads as zero.")
                      .arg(name)
                      .arg(clampToInt(key.value(s_strTime).toDouble())));
-        auto* pKey = new VTKeyValue(clampToInt(key.value(s_strTime).toDouble()), value);
+        // The timeline starts at 0, where the lead-in's hidden key stands.
+        const int nTime = clampToInt(key.value(s_strTime).toDouble());
+        if (nTime < 0)
+            note(tr("A key of the %1 keyframe lies before the start, at %2 ms; it was moved to 0.")
+                     .arg(name)
+                     .arg(nTime));
+        auto* pKey = new VTKeyValue(qMax(0, nTime), value);
         pKey->setValueMinus(valueMinus);
         lstRead.append(pKey);
     }

@@ -82,6 +82,9 @@ public:
     // Writes getValue(nTime) into the target; nothing without keys or target.
     virtual void applyTime(int nTime);
     void invalidateCache() { m_evaluator.invalidate(); }
+    // The sum of the children's durations, which is the last key's time, without walking them:
+    // Qt asks for it on every seek.
+    int duration() const override;
 
     VTKeyValue* getKeyValue(int nTime) const;
     const QList<VTKeyValue*>& getKeyValues() const { return m_lstKeyValues; }

@@ -82,18 +82,17 @@ void VTKeyframeEvaluator::rebuild(const QList<VTKeyValue*>& lstKeys,
                                   const QList<const VTKeyframeSegment*>& lstSegments)
 {
     m_vecKeys.clear();
-    m_vecSegments.clear();
     m_vecKeys.reserve(size_t(lstKeys.size()));
-    m_vecSegments.reserve(size_t(lstKeys.size()));
     for (int i = 0; i < lstKeys.size(); ++i) {
-        CachedKey cached{};
-        cached.nTime = lstKeys.at(i)->getTime();
+        const VTKeyframeSegment* pSegment = i + 1 < lstKeys.size() ? lstSegments.value(i) : nullptr;
+        CachedKey cached{lstKeys.at(i)->getTime(),
+                         pSegment && pSegment->hasTransition(),
+                         {},
+                         {},
+                         pSegment ? pSegment->easingCurve() : QEasingCurve()};
         toNumbers(lstKeys.at(i)->getValue(), cached.value);
         toNumbers(lstKeys.at(i)->getValueMinus(), cached.valueMinus);
-        m_vecKeys.push_back(cached);
-        const VTKeyframeSegment* pSegment = i + 1 < lstKeys.size() ? lstSegments.value(i) : nullptr;
-        m_vecSegments.push_back(
-            {pSegment && pSegment->hasTransition(), pSegment ? pSegment->easingCurve() : QEasingCurve()});
+        m_vecKeys.push_back(std::move(cached));
     }
     m_bValid = true;
 }
@@ -111,14 +110,13 @@ bool VTKeyframeEvaluator::evaluate(int nTime, double* pOut) const
     }
     const size_t nIndex = size_t(it - m_vecKeys.begin()) - 1;
     const CachedKey& from = m_vecKeys[nIndex];
-    const CachedSegment& segment = m_vecSegments[nIndex];
-    if (it == m_vecKeys.end() || !segment.bTransition) {
+    if (it == m_vecKeys.end() || !from.bTransition) {
         std::copy(from.value, from.value + 4, pOut);
         return true;
     }
     const CachedKey& to = *it;
     const double dProgress =
-        segment.curve.valueForProgress(double(nTime - from.nTime) / double(to.nTime - from.nTime));
+        from.curve.valueForProgress(double(nTime - from.nTime) / double(to.nTime - from.nTime));
     switch (m_nValueKind) {
     case ValueKind::Number:
         pOut[0] = from.value[0] + (to.valueMinus[0] - from.value[0]) * dProgress;

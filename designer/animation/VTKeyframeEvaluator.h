@@ -44,15 +44,13 @@ public:
     void write(QObject* pTarget, int nPropertyIndex, const double* pValues) const;
 
 private:
+    // A key with the segment that leaves it, side by side so that a seek touches one block.
     struct CachedKey
     {
         int nTime;
+        bool bTransition;
         double value[4];
         double valueMinus[4];
-    };
-    struct CachedSegment
-    {
-        bool bTransition;
         QEasingCurve curve;
     };
 
@@ -61,5 +59,4 @@ private:
     ValueKind m_nValueKind = ValueKind::Number;
     bool m_bValid = false;
     std::vector<CachedKey> m_vecKeys;
-    std::vector<CachedSegment> m_vecSegments;
 };

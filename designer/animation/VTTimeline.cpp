@@ -60,22 +60,54 @@ void VTTimeline::deleteAllAnimations()
 void VTTimeline::setCurrentTime(int nTime)
 {
     nTime = qMax(0, nTime);
-    // Qt runs a group's time only once it has been started; from then on the timeline stays
-    // paused between seeks, so the start is paid once and not on every seek. Starting with
-    // updates off avoids a pass through time 0.
+    // Seeking pauses playback. Qt runs a group's time only once it has been started, so a
+    // stopped timeline is started and paused once, with updates off to avoid a pass through 0.
     if (state() != QAbstractAnimation::Paused) {
         m_bUpdateEnabled = false;
-        start();
+        QAbstractAnimation::start();
         if (state() == QAbstractAnimation::Running)
             pause();
         m_bUpdateEnabled = true;
     }
-    // Qt clamps the time to its duration, where every keyframe already holds its last value.
-    QAbstractAnimation::setCurrentTime(nTime);
+    applyTime(nTime);
+    m_bQtTimeStale = true;
     if (m_nCurrentTime != nTime) {
         m_nCurrentTime = nTime;
         emit timeChanged();
     }
+}
+
+void VTTimeline::syncQtTime()
+{
+    if (state() == QAbstractAnimation::Stopped) {
+        m_bUpdateEnabled = false;
+        QAbstractAnimation::start();
+        if (state() == QAbstractAnimation::Running)
+            pause();
+        m_bUpdateEnabled = true;
+        m_bQtTimeStale = true;
+    }
+    if (m_bQtTimeStale) {
+        // At or past the end Qt stops here, and a start then plays from the beginning.
+        m_bUpdateEnabled = false;
+        QAbstractAnimation::setCurrentTime(m_nCurrentTime);
+        m_bUpdateEnabled = true;
+        m_bQtTimeStale = false;
+    }
+}
+
+void VTTimeline::start()
+{
+    syncQtTime();
+    if (state() == QAbstractAnimation::Paused)
+        QAbstractAnimation::resume();
+    else
+        QAbstractAnimation::start();
+}
+
+void VTTimeline::resume()
+{
+    start();
 }
 
 void VTTimeline::updateCurrentTime(int nCurrentTime)

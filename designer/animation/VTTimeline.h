@@ -87,6 +87,10 @@ public:
     // and says timeChanged when the playhead moved.
     int getCurrentTime() const { return m_nCurrentTime; }
     void setCurrentTime(int nTime);
+    // Playback from the playhead. Seeks only write the elements (Qt would walk every animation
+    // for its duration on each); Qt's own clock is set to the playhead when playback starts.
+    void start();
+    void resume();
     int getEndTime() const;
 
     VTLayoutKey getLayoutID() const { return m_layoutId; }
@@ -180,6 +184,8 @@ protected:
 
 private:
     void applyTime(int nTime);
+    // Puts Qt's clock where the playhead is, paused.
+    void syncQtTime();
     // Triggers with a time in (nFrom, nTo].
     void fireTriggers(int nFrom, int nTo);
     void updateLabelsExtent();
@@ -202,6 +208,7 @@ private:
     QList<VTEventListenerList*> m_lstTriggers;
     VTEventListenerList* m_pEvents = nullptr;
     bool m_bUpdateEnabled = true;
+    bool m_bQtTimeStale = false;
     bool m_bLoop = false;
     bool m_bOnlyShowAnimElements = false;
     bool m_bShowSnapping = true;

@@ -8,6 +8,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <cmath>
+
 namespace {
 
 struct Result
@@ -68,6 +70,7 @@ private slots:
     void resaveWritesACopyAndLeavesTheOriginal();
     void packThenUnpackGivesTheSameProject();
     void unpackRefusesHostilePackagesAndProjects();
+    void valuesFollowTheSampleKeyframes();
     void commandLine();
 
 private:
@@ -337,6 +340,161 @@ void TestCli::unpackRefusesHostilePackagesAndProjects()
     QCOMPARE(result.nExitCode, 1);
     QVERIFY(result.strErr.contains(QStringLiteral("Vetra Studio: The package file doesn't exist.")));
     QVERIFY(!QFileInfo::exists(folder));
+}
+
+namespace {
+
+// The easing curves the sample uses, written out as the textbook formulas.
+double ease(int nType, double p)
+{
+    switch (nType) {
+    case 3:
+        return p < 0.5 ? 2 * p * p : 1 - 2 * (1 - p) * (1 - p);
+    case 6:
+        return 1 + (p - 1) * (p - 1) * (p - 1);
+    case 19:
+        return -0.5 * (std::cos(M_PI * p) - 1);
+    case 38: {
+        if (p < 4 / 11.0)
+            return 7.5625 * p * p;
+        if (p < 8 / 11.0)
+            return 7.5625 * (p - 6 / 11.0) * (p - 6 / 11.0) + 0.75;
+        if (p < 10 / 11.0)
+            return 7.5625 * (p - 9 / 11.0) * (p - 9 / 11.0) + 0.9375;
+        return 7.5625 * (p - 21 / 22.0) * (p - 21 / 22.0) + 0.984375;
+    }
+    case 34: {
+        const double s = 1.70158;
+        return (p - 1) * (p - 1) * ((s + 1) * (p - 1) + s) + 1;
+    }
+    default:
+        return p;
+    }
+}
+
+// The value of a plain number keyframe of the project file at nTime.
+double expectedNumber(const QJsonObject& keyframe, int nTime)
+{
+    const QJsonArray keys = keyframe.value("keyValues").toArray();
+    const QJsonArray segments = keyframe.value("keyframeSegments").toArray();
+    auto valueOf = [](const QJsonValue& key, const char* which) {
+        return key.toObject().value(which).toObject().value("val").toDouble();
+    };
+    if (nTime < keys.first().toObject().value("time").toInt())
+        return valueOf(keys.first(), "value_minus");
+    for (int i = keys.size() - 1; i >= 0; --i) {
+        const int nFrom = keys.at(i).toObject().value("time").toInt();
+        if (nTime < nFrom)
+            continue;
+        if (i == keys.size() - 1 || !segments.at(i).toObject().value("has_transition").toBool())
+            return valueOf(keys.at(i), "value");
+        const int nTo = keys.at(i + 1).toObject().value("time").toInt();
+        const double p = ease(segments.at(i).toObject().value("easing_curve").toInt(),
+                              double(nTime - nFrom) / (nTo - nFrom));
+        return valueOf(keys.at(i), "value") +
+               (valueOf(keys.at(i + 1), "value_minus") - valueOf(keys.at(i), "value")) * p;
+    }
+    return 0;
+}
+
+} // namespace
+
+void TestCli::valuesFollowTheSampleKeyframes()
+{
+    const QJsonArray timelines = sample()
+                                     .value("document")
+                                     .toObject()
+                                     .value("scenes")
+                                     .toArray()
+                                     .first()
+                                     .toObject()
+                                     .value("timelines")
+                                     .toObject()
+                                     .value("timelines")
+                                     .toArray();
+    QVERIFY(timelines.size() >= 2);
+    // Each timeline in two layouts; every number keyframe of the file at times before, on,
+    // between and after its keys.
+    const QList<QPair<QString, QStringList>> runs{{"Main", {}}, {"Main", {"--layout", "1,0"}}, {"Pulse", {}}};
+    int nChecked = 0;
+    for (const auto& run : runs) {
+        const bool bNarrow = !run.second.isEmpty();
+        QJsonObject timeline;
+        for (const QJsonValue& item : timelines) {
+            if (item.toObject().value("name").toString() == run.first)
+                timeline = item.toObject();
+        }
+        QJsonArray animations;
+        for (const QJsonValue& layout : timeline.value("respAnims").toArray()) {
+            if (layout.toObject().value("hLayoutId").toInt() == (bNarrow ? 1 : 0))
+                animations = layout.toObject().value("animations").toArray();
+        }
+        QVERIFY(!animations.isEmpty());
+        for (int nTime : {0, 150, 400, 799, 800, 1000, 1499, 1500, 2000, 2999, 6000}) {
+            const Result result = runVetra(QStringList{"values", samplePath(), "--time",
+                                                       QString::number(nTime), "--timeline", run.first} +
+                                           run.second);
+            QCOMPARE(result.nExitCode, 0);
+            const QJsonObject values = QJsonDocument::fromJson(result.strOut.toUtf8()).object();
+            QCOMPARE(values.value("time").toInt(), nTime);
+            QCOMPARE(values.value("layout").toArray(), (QJsonArray{bNarrow ? 1 : 0, 0}));
+            QMap<int, QJsonObject> mapReported;
+            for (const QJsonValue& element : values.value("elements").toArray())
+                mapReported.insert(element.toObject().value("id").toInt(),
+                                   element.toObject().value("values").toObject());
+            for (const QJsonValue& animation : animations) {
+                const int nId = animation.toObject().value("element_id").toInt();
+                for (const QJsonValue& item : animation.toObject().value("keyframes").toArray()) {
+                    const QJsonObject keyframe = item.toObject();
+                    const QString unit = keyframe.value("unit").toString();
+                    if (unit == "color" || keyframe.value("type").toInt() == 6)
+                        continue;
+                    static const QMap<int, QString> s_keys{{2, "tp"},  {7, "sX"}, {8, "sY"},
+                                                           {11, "rZ"}, {14, "o"}, {16, "lw"}};
+                    const QString key = s_keys.value(keyframe.value("type").toInt());
+                    QVERIFY2(!key.isEmpty(), qPrintable(QString::number(keyframe.value("type").toInt())));
+                    double dExpected = expectedNumber(keyframe, nTime);
+                    // Border width is a whole number: Qt rounds the keys and truncates between.
+                    if (key == "lw")
+                        dExpected = std::trunc(dExpected);
+                    const double dReported = mapReported.value(nId).value(key).toDouble(-12345);
+                    QVERIFY2(qAbs(dReported - dExpected) < 1e-9,
+                             qPrintable(QString("%1 %2 of element %3 at %4 ms: %5, expected %6")
+                                            .arg(run.first, key)
+                                            .arg(nId)
+                                            .arg(nTime)
+                                            .arg(dReported)
+                                            .arg(dExpected)));
+                    ++nChecked;
+                }
+            }
+        }
+    }
+    QVERIFY(nChecked > 100);
+
+    // The star travels its motion path: at its anchors before and after.
+    auto position = [](int nTime) {
+        const Result result = runVetra({"values", samplePath(), "--time", QString::number(nTime)});
+        for (const QJsonValue& element :
+             QJsonDocument::fromJson(result.strOut.toUtf8()).object().value("elements").toArray()) {
+            if (element.toObject().value("name").toString() == "Star")
+                return element.toObject().value("values").toObject().value("pos").toArray();
+        }
+        return QJsonArray();
+    };
+    QCOMPARE(position(0), (QJsonArray{0, 0}));
+    QCOMPARE(position(2500), (QJsonArray{-160, 0}));
+    QVERIFY(position(1000).at(1).toDouble() < -40.0);
+
+    // Refusals name what is wrong.
+    Result result = runVetra({"values", samplePath(), "--time", "100", "--layout", "7,7"});
+    QCOMPARE(result.nExitCode, 1);
+    QVERIFY(result.strErr.contains("no layout 7,7"));
+    result = runVetra({"values", samplePath(), "--time", "100", "--timeline", "Nope"});
+    QCOMPARE(result.nExitCode, 1);
+    QVERIFY(result.strErr.contains("no timeline \"Nope\""));
+    QCOMPARE(runVetra({"values", samplePath()}).nExitCode, 2);
+    QCOMPARE(runVetra({"values", samplePath(), "--time", "-5"}).nExitCode, 2);
 }
 
 void TestCli::commandLine()

@@ -10,7 +10,10 @@
 #include "VTLocationManager.h"
 #include "VTPackage.h"
 #include "VTResourceManager.h"
+#include "VTScene.h"
 #include "VTSceneManager.h"
+#include "VTTimeline.h"
+#include "VTTimelineManager.h"
 
 #include <QDebug>
 #include <QDir>
@@ -488,15 +491,36 @@ bool VTDocument::saveToPackage(const QString& packagePath)
     return VTPackage::save(*this, packagePath);
 }
 
+namespace {
+
+// The timeline the user sees: the current one of the current scene of the symbol being edited.
+VTTimeline* currentTimelineOf(VTSymbol* pSymbol)
+{
+    VTSceneManager* pScenes = pSymbol ? pSymbol->getSceneManager() : nullptr;
+    VTScene* pScene = pScenes ? pScenes->getCurrentScene() : nullptr;
+    return pScene ? pScene->getTimelineManager()->getCurrentTimeline() : nullptr;
+}
+
+} // namespace
+
+// Playing and pausing are recorded for the views by commands once the undo stack carries them;
+// until then the timeline itself is started and paused.
 bool VTDocument::pause()
 {
-    // No timeline can run before timelines are modelled.
-    return false;
+    VTTimeline* pTimeline = currentTimelineOf(getCurrentSymbol());
+    if (!pTimeline || pTimeline->state() != QAbstractAnimation::Running)
+        return false;
+    pTimeline->setCurrentTime(pTimeline->getCurrentTime());
+    return true;
 }
 
 bool VTDocument::play()
 {
-    return false;
+    VTTimeline* pTimeline = currentTimelineOf(getCurrentSymbol());
+    if (!pTimeline || pTimeline->state() == QAbstractAnimation::Running)
+        return false;
+    pTimeline->start();
+    return true;
 }
 
 bool VTDocument::serialize(QByteArray* pData)

@@ -30,10 +30,16 @@ void VTKeyframeEvaluator::toNumbers(const QVariant& value, double* pOut) const
     case ValueKind::Number:
         pOut[0] = value.toDouble();
         break;
-    case ValueKind::Integer:
-        // Qt turns a double into an int property by rounding.
-        pOut[0] = clampToInt(std::round(value.toDouble()));
+    case ValueKind::Integer: {
+        // Qt turns a double into an int property with qRound64, which takes halves upwards:
+        // -10.5 becomes -10, where std::round would give -11.
+        const double dValue = value.toDouble();
+        pOut[0] = std::isfinite(dValue)
+                      ? clampToInt(double(qRound64(std::clamp(dValue, double(std::numeric_limits<int>::min()),
+                                                              double(std::numeric_limits<int>::max())))))
+                      : 0.0;
         break;
+    }
     case ValueKind::Point: {
         const QPointF pt = value.toPointF();
         pOut[0] = pt.x();

@@ -117,14 +117,16 @@ void VTTimeline::updateCurrentTime(int nCurrentTime)
     applyTime(nCurrentTime);
     if (state() != QAbstractAnimation::Running)
         return;
-    if (nCurrentTime < m_nPassFrom) {
-        // Qt looped: the rest of the last pass, then the start of this one.
+    // Qt looped, also when one step went past the last position (a timeline shorter than a frame,
+    // a stalled timer): the rest of the last pass, then the start of this one.
+    if (currentLoop() != m_nPassLoop || nCurrentTime < m_nPassFrom) {
         fireTriggers(m_nPassFrom, duration());
         fireTriggers(-1, nCurrentTime);
     } else {
         fireTriggers(m_nPassFrom, nCurrentTime);
     }
     m_nPassFrom = nCurrentTime;
+    m_nPassLoop = currentLoop();
     if (m_nCurrentTime != nCurrentTime) {
         m_nCurrentTime = nCurrentTime;
         emit timeChanged();
@@ -134,8 +136,12 @@ void VTTimeline::updateCurrentTime(int nCurrentTime)
 void VTTimeline::updateState(QAbstractAnimation::State newState, QAbstractAnimation::State oldState)
 {
     QParallelAnimationGroup::updateState(newState, oldState);
-    if (newState == QAbstractAnimation::Running && oldState != QAbstractAnimation::Running)
-        m_nPassFrom = m_nCurrentTime - 1;
+    // From a stop Qt has already rewound to the start, where the pass begins; the playhead still
+    // shows the end of the last pass, whose triggers must not fire again.
+    if (newState == QAbstractAnimation::Running && oldState != QAbstractAnimation::Running) {
+        m_nPassFrom = (oldState == QAbstractAnimation::Stopped ? currentLoopTime() : m_nCurrentTime) - 1;
+        m_nPassLoop = currentLoop();
+    }
 }
 
 void VTTimeline::fireTriggers(int nFrom, int nTo)
@@ -601,6 +607,17 @@ bool VTTimeline::parse(const QJsonObject& json, QStringList* pProblems)
     detachLayout();
     deleteAllAnimations();
     m_layoutId = VTLayoutKey::base();
+    // Animations and keyframes left out on the way make the timeline's reading incomplete too.
+    auto parseLayout = [&](const QJsonObject& object, const VTLayoutKey& key) {
+        QStringList lstLayoutProblems;
+        const QVector<VTAnimation*> vecAnimations = parseLayoutAnimations(object, key, &lstLayoutProblems);
+        if (!lstLayoutProblems.isEmpty()) {
+            bClean = false;
+            if (pProblems)
+                *pProblems += lstLayoutProblems;
+        }
+        return vecAnimations;
+    };
     const QJsonValue layouts = json.value(s_strRespAnims);
     if (layouts.isArray()) {
         for (const QJsonValue& item : layouts.toArray()) {
@@ -614,12 +631,12 @@ bool VTTimeline::parse(const QJsonObject& json, QStringList* pProblems)
                          .arg(key.second));
                 continue;
             }
-            const QVector<VTAnimation*> vecAnimations = parseLayoutAnimations(layout, key, pProblems);
+            const QVector<VTAnimation*> vecAnimations = parseLayout(layout, key);
             if (!vecAnimations.isEmpty())
                 m_mapLayoutAnimations.insert(key, vecAnimations);
         }
     } else {
-        const QVector<VTAnimation*> vecAnimations = parseLayoutAnimations(json, m_layoutId, pProblems);
+        const QVector<VTAnimation*> vecAnimations = parseLayout(json, m_layoutId);
         if (!vecAnimations.isEmpty())
             m_mapLayoutAnimations.insert(m_layoutId, vecAnimations);
     }

@@ -203,6 +203,8 @@ private:
     int m_nCurrentTime = 0;
     // Where the playhead stood at the last update while playing.
     int m_nPassFrom = -1;
+    // Qt's loop count at that update.
+    int m_nPassLoop = 0;
     QEasingCurve m_currentEasingCurve = QEasingCurve(QEasingCurve::Linear);
     QMap<QString, int> m_mapLabels;
     QList<VTEventListenerList*> m_lstTriggers;

@@ -1,7 +1,6 @@
 #include "VTCheckCommand.h"
 
-#include "IProjectDialogs.h"
-#include "VTCliProjectDialogs.h"
+#include "VTCliProject.h"
 #include "VTDocument.h"
 #include "VTFunctionManager.h"
 #include "VTResourceManager.h"
@@ -26,8 +25,7 @@ QString VTCheckCommand::getSummary() const
 
 int VTCheckCommand::run(const QStringList& arguments, QTextStream& out, QTextStream& err)
 {
-    if (arguments.size() == 1 &&
-        (arguments.first() == QLatin1String("--help") || arguments.first() == QLatin1String("-h"))) {
+    if (isHelpRequest(arguments)) {
         out << tr("Usage: vetra check FILE") << '\n' << getSummary() << '\n';
         return s_nExitSuccess;
     }
@@ -35,30 +33,18 @@ int VTCheckCommand::run(const QStringList& arguments, QTextStream& out, QTextStr
         err << tr("Usage: vetra check FILE") << '\n';
         return s_nExitUsage;
     }
-    const QString filePath = QFileInfo(arguments.first()).absoluteFilePath();
-    const QString shownPath = QDir::toNativeSeparators(filePath);
-
-    VTCliProjectDialogs dialogs;
-    IProjectDialogs* pPreviousDialogs = IProjectDialogs::instance();
-    IProjectDialogs::setInstance(&dialogs);
     bool bOpened = false;
     {
-        VTDocument document;
-        document.setFileName(filePath);
-        bOpened = document.open();
-        const QStringList problems = document.getLoadProblems();
-        for (const QString& problem : problems)
-            err << shownPath << ": " << problem << '\n';
+        const VTCliProject project(arguments.first(), err);
+        bOpened = project.isOpen();
         if (bOpened) {
-            out << shownPath << ": " << tr("OK") << " - " << getSummaryLine(document);
-            if (!problems.isEmpty())
-                out << ", " << counted(problems.size(), tr("1 problem"), tr("%1 problems"));
+            out << project.getShownPath() << ": " << tr("OK") << " - "
+                << getSummaryLine(project.getDocument());
+            if (!project.getProblems().isEmpty())
+                out << ", " << counted(project.getProblems().size(), tr("1 problem"), tr("%1 problems"));
             out << '\n';
-        } else {
-            err << shownPath << ": " << tr("not opened") << '\n';
         }
     }
-    IProjectDialogs::setInstance(pPreviousDialogs);
     out.flush();
     err.flush();
     return bOpened ? s_nExitSuccess : s_nExitFailure;

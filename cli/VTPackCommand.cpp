@@ -1,7 +1,6 @@
 #include "VTPackCommand.h"
 
-#include "IProjectDialogs.h"
-#include "VTCliProjectDialogs.h"
+#include "VTCliProject.h"
 #include "VTDocument.h"
 #include "VTPackage.h"
 #include "VTProjectPaths.h"
@@ -19,8 +18,7 @@ QString VTPackCommand::getSummary() const
 int VTPackCommand::run(const QStringList& arguments, QTextStream& out, QTextStream& err)
 {
     const QString usage = tr("Usage: vetra pack FILE OUT.%1").arg(VTProjectPaths::getPackageSuffix());
-    if (arguments.size() == 1 &&
-        (arguments.first() == QLatin1String("--help") || arguments.first() == QLatin1String("-h"))) {
+    if (isHelpRequest(arguments)) {
         out << usage << '\n' << getSummary() << '\n';
         return s_nExitSuccess;
     }
@@ -48,26 +46,13 @@ int VTPackCommand::run(const QStringList& arguments, QTextStream& out, QTextStre
         return s_nExitFailure;
     }
 
-    VTCliProjectDialogs dialogs;
-    IProjectDialogs* pPreviousDialogs = IProjectDialogs::instance();
-    IProjectDialogs::setInstance(&dialogs);
-    int nExitCode = s_nExitFailure;
-    {
-        VTDocument document;
-        document.setFileName(inPath);
-        const bool bOpened = document.open();
-        const QStringList problems = document.getLoadProblems();
-        for (const QString& problem : problems)
-            err << QDir::toNativeSeparators(inPath) << ": " << problem << '\n';
-        if (!bOpened) {
-            err << QDir::toNativeSeparators(inPath) << ": " << tr("not opened") << '\n';
-        } else if (!VTPackage::save(document, outPath, false)) {
-            err << QDir::toNativeSeparators(outPath) << ": " << tr("not written") << '\n';
-        } else {
-            out << QDir::toNativeSeparators(outPath) << '\n';
-            nExitCode = s_nExitSuccess;
-        }
+    const VTCliProject project(inPath, err);
+    if (!project.isOpen())
+        return s_nExitFailure;
+    if (!VTPackage::save(project.getDocument(), outPath, false)) {
+        err << QDir::toNativeSeparators(outPath) << ": " << tr("not written") << '\n';
+        return s_nExitFailure;
     }
-    IProjectDialogs::setInstance(pPreviousDialogs);
-    return nExitCode;
+    out << QDir::toNativeSeparators(outPath) << '\n';
+    return s_nExitSuccess;
 }

@@ -1,7 +1,6 @@
 #include "VTResaveCommand.h"
 
-#include "IProjectDialogs.h"
-#include "VTCliProjectDialogs.h"
+#include "VTCliProject.h"
 #include "VTDocument.h"
 #include "VTProjectPaths.h"
 
@@ -18,8 +17,7 @@ QString VTResaveCommand::getSummary() const
 int VTResaveCommand::run(const QStringList& arguments, QTextStream& out, QTextStream& err)
 {
     const QString usage = tr("Usage: vetra resave IN OUT");
-    if (arguments.size() == 1 &&
-        (arguments.first() == QLatin1String("--help") || arguments.first() == QLatin1String("-h"))) {
+    if (isHelpRequest(arguments)) {
         out << usage << '\n' << getSummary() << '\n';
         return s_nExitSuccess;
     }
@@ -51,26 +49,13 @@ int VTResaveCommand::run(const QStringList& arguments, QTextStream& out, QTextSt
         return s_nExitFailure;
     }
 
-    VTCliProjectDialogs dialogs;
-    IProjectDialogs* pPreviousDialogs = IProjectDialogs::instance();
-    IProjectDialogs::setInstance(&dialogs);
-    int nExitCode = s_nExitFailure;
-    {
-        VTDocument document;
-        document.setFileName(inPath);
-        const bool bOpened = document.open();
-        const QStringList problems = document.getLoadProblems();
-        for (const QString& problem : problems)
-            err << QDir::toNativeSeparators(inPath) << ": " << problem << '\n';
-        if (!bOpened) {
-            err << QDir::toNativeSeparators(inPath) << ": " << tr("not opened") << '\n';
-        } else if (!document.save(outPath)) {
-            err << QDir::toNativeSeparators(outPath) << ": " << tr("not saved") << '\n';
-        } else {
-            out << QDir::toNativeSeparators(outPath) << '\n';
-            nExitCode = s_nExitSuccess;
-        }
+    const VTCliProject project(inPath, err);
+    if (!project.isOpen())
+        return s_nExitFailure;
+    if (!project.getDocument().save(outPath)) {
+        err << QDir::toNativeSeparators(outPath) << ": " << tr("not saved") << '\n';
+        return s_nExitFailure;
     }
-    IProjectDialogs::setInstance(pPreviousDialogs);
-    return nExitCode;
+    out << QDir::toNativeSeparators(outPath) << '\n';
+    return s_nExitSuccess;
 }

@@ -30,8 +30,7 @@ bool VTUnpackCommand::holdsProject(const QString& folder)
 int VTUnpackCommand::run(const QStringList& arguments, QTextStream& out, QTextStream& err)
 {
     const QString usage = tr("Usage: vetra unpack PKG FOLDER");
-    if (arguments.size() == 1 &&
-        (arguments.first() == QLatin1String("--help") || arguments.first() == QLatin1String("-h"))) {
+    if (isHelpRequest(arguments)) {
         out << usage << '\n' << getSummary() << '\n';
         return s_nExitSuccess;
     }

@@ -1,9 +1,8 @@
 #include "VTValuesCommand.h"
 
-#include "IProjectDialogs.h"
 #include "VTAnimationValues.h"
 #include "VTBreakpointManager.h"
-#include "VTCliProjectDialogs.h"
+#include "VTCliProject.h"
 #include "VTDocument.h"
 #include "VTScene.h"
 #include "VTSceneManager.h"
@@ -81,8 +80,7 @@ QString VTValuesCommand::getSummary() const
 int VTValuesCommand::run(const QStringList& arguments, QTextStream& out, QTextStream& err)
 {
     const QString usage = tr("Usage: vetra values %1").arg(getArgumentsSyntax());
-    if (arguments.size() == 1 &&
-        (arguments.first() == QLatin1String("--help") || arguments.first() == QLatin1String("-h"))) {
+    if (isHelpRequest(arguments)) {
         out << usage << '\n' << getSummary() << '\n';
         return s_nExitSuccess;
     }
@@ -93,63 +91,47 @@ int VTValuesCommand::run(const QStringList& arguments, QTextStream& out, QTextSt
         return s_nExitUsage;
     }
 
-    VTCliProjectDialogs dialogs;
-    IProjectDialogs* pPreviousDialogs = IProjectDialogs::instance();
-    IProjectDialogs::setInstance(&dialogs);
-    int nExitCode = s_nExitFailure;
-    {
-        VTDocument document;
-        document.setFileName(QFileInfo(options.file).absoluteFilePath());
-        if (!document.open()) {
-            err << "vetra values: " << tr("%1 does not open").arg(options.file) << '\n';
-        } else {
-            const QList<VTScene*>& lstScenes = document.getSceneManager()->getScenes();
-            VTScene* pScene = nullptr;
-            int nIndex = 0;
-            bool bNumber = false;
-            const int nNumber = options.scene.toInt(&bNumber);
-            for (int i = 0; i < lstScenes.size() && !pScene; ++i) {
-                const bool bMatch =
-                    options.scene.isEmpty()
-                        ? i == 0
-                        : (bNumber ? nNumber == i + 1 : lstScenes.at(i)->getName() == options.scene);
-                if (bMatch) {
-                    pScene = lstScenes.at(i);
-                    nIndex = i + 1;
-                }
-            }
-            VTBreakpointManager* pBreakpoints = document.getBreakpointManager();
-            if (options.bLayout && !pBreakpoints->getAllBreakpointIds(true).contains(options.layout)) {
-                err << "vetra values: "
-                    << tr("the project has no layout %1,%2")
-                           .arg(options.layout.first)
-                           .arg(options.layout.second)
-                    << '\n';
-            } else if (!pScene) {
-                err << "vetra values: " << tr("the project has no scene \"%1\"").arg(options.scene) << '\n';
-            } else {
-                // The layout first: the timeline follows the scene into it.
-                document.setResponsiveMode(options.bLayout);
-                if (options.bLayout)
-                    document.setCurrentLayoutId(options.layout);
-                VTTimelineManager* pTimelines = pScene->getTimelineManager();
-                VTTimeline* pTimeline = options.timeline.isEmpty()
-                                            ? pTimelines->getMainTimeline()
-                                            : pTimelines->findTimelineByName(options.timeline);
-                if (!pTimeline) {
-                    err << "vetra values: " << tr("the scene has no timeline \"%1\"").arg(options.timeline)
-                        << '\n';
-                } else {
-                    const QJsonObject values =
-                        VTAnimationValues::compute(pScene, nIndex, pTimeline, options.nTime);
-                    out << QString::fromUtf8(QJsonDocument(values).toJson(QJsonDocument::Indented));
-                    nExitCode = s_nExitSuccess;
-                }
-            }
+    const VTCliProject project(options.file, err);
+    if (!project.isOpen())
+        return s_nExitFailure;
+    VTDocument& document = project.getDocument();
+    const QList<VTScene*>& lstScenes = document.getSceneManager()->getScenes();
+    VTScene* pScene = nullptr;
+    int nIndex = 0;
+    bool bNumber = false;
+    const int nNumber = options.scene.toInt(&bNumber);
+    for (int i = 0; i < lstScenes.size() && !pScene; ++i) {
+        const bool bMatch = options.scene.isEmpty()
+                                ? i == 0
+                                : (bNumber ? nNumber == i + 1 : lstScenes.at(i)->getName() == options.scene);
+        if (bMatch) {
+            pScene = lstScenes.at(i);
+            nIndex = i + 1;
         }
     }
-    IProjectDialogs::setInstance(pPreviousDialogs);
-    out.flush();
-    err.flush();
-    return nExitCode;
+    if (options.bLayout &&
+        !document.getBreakpointManager()->getAllBreakpointIds(true).contains(options.layout)) {
+        err << "vetra values: "
+            << tr("the project has no layout %1,%2").arg(options.layout.first).arg(options.layout.second)
+            << '\n';
+        return s_nExitFailure;
+    }
+    if (!pScene) {
+        err << "vetra values: " << tr("the project has no scene \"%1\"").arg(options.scene) << '\n';
+        return s_nExitFailure;
+    }
+    // The layout first: the timeline follows the scene into it.
+    document.setResponsiveMode(options.bLayout);
+    if (options.bLayout)
+        document.setCurrentLayoutId(options.layout);
+    VTTimelineManager* pTimelines = pScene->getTimelineManager();
+    VTTimeline* pTimeline = options.timeline.isEmpty() ? pTimelines->getMainTimeline()
+                                                       : pTimelines->findTimelineByName(options.timeline);
+    if (!pTimeline) {
+        err << "vetra values: " << tr("the scene has no timeline \"%1\"").arg(options.timeline) << '\n';
+        return s_nExitFailure;
+    }
+    const QJsonObject values = VTAnimationValues::compute(pScene, nIndex, pTimeline, options.nTime);
+    out << QString::fromUtf8(QJsonDocument(values).toJson(QJsonDocument::Indented));
+    return s_nExitSuccess;
 }

@@ -59,6 +59,24 @@ QJsonObject valueToJson(const QVariant& value)
     return json;
 }
 
+VTKeyframeEvaluator::ValueKind valueKindOf(int nMetaType, bool& bKnown)
+{
+    bKnown = true;
+    switch (nMetaType) {
+    case QMetaType::Int:
+        return VTKeyframeEvaluator::ValueKind::Integer;
+    case QMetaType::QPointF:
+        return VTKeyframeEvaluator::ValueKind::Point;
+    case QMetaType::QColor:
+        return VTKeyframeEvaluator::ValueKind::Color;
+    case QMetaType::Double:
+        return VTKeyframeEvaluator::ValueKind::Number;
+    default:
+        bKnown = false;
+        return VTKeyframeEvaluator::ValueKind::Number;
+    }
+}
+
 } // namespace
 
 VTKeyframe* VTKeyframe::createKeyframe(VT::ElementProperty nProperty, VTElement* pElement,
@@ -75,38 +93,19 @@ VTKeyframe::VTKeyframe(VT::ElementProperty nProperty, VTElement* pElement, const
     , m_strUnitSign(VTAnimatedProperty::getUnitSign(pElement, nProperty, layoutKey))
     , m_pTarget(VTAnimatedProperty::getTargetObject(pElement, nProperty, layoutKey))
 {
-    ValueKind nKind = ValueKind::Number;
-    switch (VTAnimatedProperty::getValueType(nProperty)) {
-    case QMetaType::QPointF:
-        nKind = ValueKind::Point;
-        break;
-    case QMetaType::QColor:
-        nKind = ValueKind::Color;
-        break;
-    default:
-        break;
-    }
+    // The bound property's own type decides, as it does for Qt's interpolation; without a target
+    // the property's key value type does.
+    bool bKnown = false;
+    ValueKind nKind = valueKindOf(VTAnimatedProperty::getValueType(nProperty), bKnown);
     if (m_pTarget) {
         m_nPropertyIndex = m_pTarget->metaObject()->indexOfProperty(getPropertyName().constData());
         if (m_nPropertyIndex >= 0) {
-            // The bound property's own type decides, as it does for Qt's interpolation.
-            switch (m_pTarget->metaObject()->property(m_nPropertyIndex).userType()) {
-            case QMetaType::Int:
-                nKind = ValueKind::Integer;
-                break;
-            case QMetaType::QPointF:
-                nKind = ValueKind::Point;
-                break;
-            case QMetaType::QColor:
-                nKind = ValueKind::Color;
-                break;
-            case QMetaType::Double:
-                nKind = ValueKind::Number;
-                break;
-            default:
+            const ValueKind nTargetKind =
+                valueKindOf(m_pTarget->metaObject()->property(m_nPropertyIndex).userType(), bKnown);
+            if (bKnown)
+                nKind = nTargetKind;
+            else
                 m_nPropertyIndex = -1;
-                break;
-            }
         }
     }
     m_evaluator.setValueKind(nKind);

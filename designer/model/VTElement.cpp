@@ -7,6 +7,7 @@
 #include "VTJsonReader.h"
 
 #include <QJsonArray>
+#include <QSet>
 #include <QJsonObject>
 
 #include <functional>
@@ -152,22 +153,39 @@ void VTElement::updateName()
     const VTElement* pScope = getScene();
     if (!pScope)
         pScope = getRoot();
-    const auto isTaken = [pScope, this](const QString& name) {
-        return pScope->isDuplicatedElemName(name, this);
-    };
-    if (m_strName.isEmpty() || isTaken(m_strName)) {
+    // The names in use are gathered once: a pasted group of many unnamed elements would otherwise
+    // search the whole scene for every candidate of every element.
+    QSet<QString> setTaken;
+    collectNames(pScope, this, setTaken);
+    nameSubtree(setTaken);
+}
+
+void VTElement::collectNames(const VTElement* pRoot, const VTElement* pSkip, QSet<QString>& setNames)
+{
+    for (const VTElement* pChild : pRoot->m_lstChildren) {
+        if (pChild == pSkip)
+            continue;
+        setNames.insert(pChild->m_strName);
+        collectNames(pChild, pSkip, setNames);
+    }
+}
+
+void VTElement::nameSubtree(QSet<QString>& setTaken)
+{
+    if (m_strName.isEmpty() || setTaken.contains(m_strName)) {
         const QString stem = m_strName.isEmpty() ? getKindName() : m_strName;
         // Both parts in one arg call: a stem holding "%1" must not take the number.
         for (int n = 1;; ++n) {
             const QString candidate = QStringLiteral("%1_%2").arg(stem, QString::number(n));
-            if (!isTaken(candidate)) {
+            if (!setTaken.contains(candidate)) {
                 m_strName = candidate;
                 break;
             }
         }
     }
+    setTaken.insert(m_strName);
     for (VTElement* pChild : qAsConst(m_lstChildren))
-        pChild->updateName();
+        pChild->nameSubtree(setTaken);
 }
 
 QString VTElement::mapType2DefaultName(int nType)

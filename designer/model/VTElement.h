@@ -11,6 +11,7 @@
 #include <QMap>
 #include <QPointF>
 #include <QRectF>
+#include <QSet>
 #include <QSizeF>
 #include <QString>
 #include <QStringList>
@@ -687,7 +688,13 @@ public:
         return VTElementGeometry::getTransformMatrixWhenReparent(*this, pNewParent, key);
     }
 
+    // Names this element and its subtree so that none is in setTaken, adding each name given; a
+    // scene names all its children against one set.
+    void nameSubtree(QSet<QString>& setTaken);
+
 private:
+    // Every name below pRoot, pSkip's subtree left out.
+    static void collectNames(const VTElement* pRoot, const VTElement* pSkip, QSet<QString>& setNames);
     template <typename T> T read(const VTLayoutKey& key, T (VTElementProperty::*fnRead)() const) const
     {
         const VTElementProperty* pBlock = getLayoutProperty(key);

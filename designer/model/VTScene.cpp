@@ -108,8 +108,9 @@ void VTScene::updateName()
             }
         }
     }
+    QSet<QString> setTaken;
     for (VTElement* pChild : getChildren())
-        pChild->updateName();
+        pChild->nameSubtree(setTaken);
 }
 
 double VTScene::getParentComputedW(const VTLayoutKey& key) const

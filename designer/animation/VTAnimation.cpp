@@ -134,11 +134,21 @@ bool VTAnimation::parse(const QJsonObject& json, VTTimeline* pTimeline, const VT
 
 void VTAnimation::applyTime(int nTime)
 {
-    // Every child from here on is a keyframe (addKeyframe is the only way in), so the seek, which
-    // runs over every keyframe of a scene, spares itself a cast per keyframe.
-    const int nCount = animationCount();
-    for (int i = getFirstKeyframeIndex(); i < nCount; ++i)
-        static_cast<VTKeyframe*>(animationAt(i))->applyTime(nTime);
+    for (VTKeyframe* pKeyframe : qAsConst(m_vecKeyframes))
+        pKeyframe->applyTime(nTime);
+}
+
+bool VTAnimation::event(QEvent* pEvent)
+{
+    const bool bHandled = QParallelAnimationGroup::event(pEvent);
+    if (pEvent->type() == QEvent::ChildAdded || pEvent->type() == QEvent::ChildRemoved) {
+        m_vecKeyframes.clear();
+        for (int i = 0; i < animationCount(); ++i) {
+            if (auto* pKeyframe = qobject_cast<VTKeyframe*>(animationAt(i)))
+                m_vecKeyframes.append(pKeyframe);
+        }
+    }
+    return bHandled;
 }
 
 void VTAnimation::updateCurrentTime(int nCurrentTime)
@@ -158,12 +168,7 @@ VTKeyframe* VTAnimation::getKeyframe(VT::ElementProperty nProperty) const
 
 QList<VTKeyframe*> VTAnimation::getKeyframes() const
 {
-    QList<VTKeyframe*> lstKeyframes;
-    for (int i = 0; i < animationCount(); ++i) {
-        if (auto* pKeyframe = qobject_cast<VTKeyframe*>(animationAt(i)))
-            lstKeyframes.append(pKeyframe);
-    }
-    return lstKeyframes;
+    return QList<VTKeyframe*>(m_vecKeyframes.cbegin(), m_vecKeyframes.cend());
 }
 
 void VTAnimation::addKeyframe(VTKeyframe* pKeyframe)

@@ -7,6 +7,7 @@
 #include <QMap>
 #include <QParallelAnimationGroup>
 #include <QStringList>
+#include <QVector>
 
 class QJsonObject;
 class VTElement;
@@ -63,13 +64,17 @@ public:
 
 protected:
     void updateCurrentTime(int nCurrentTime) override;
-    // Children before this index are no keyframes (the playback row).
-    virtual int getFirstKeyframeIndex() const { return 0; }
+    // Keeps the list of keyframes in step with the group's children, however they come and go
+    // (added, taken, deleted).
+    bool event(QEvent* pEvent) override;
 
 private:
     VTElement* m_pElement = nullptr;
     bool m_bAutoOrient = false;
     QMap<int, bool> m_mapPropsInherit;
+    // The keyframe children in order: a seek runs over every keyframe of a scene and should not
+    // go through the group's private list for each.
+    QVector<VTKeyframe*> m_vecKeyframes;
 };
 
 // An inherit map from pairs of arguments: nCount is the number of arguments that follow, a

@@ -36,9 +36,6 @@ public:
     // The player's "pb" entries.
     void appendPlaybacksData(QJsonArray& array) const;
 
-protected:
-    int getFirstKeyframeIndex() const override { return 1; }
-
 private:
     std::function<int(const QString&)> createLabelLookup() const;
     VTPlayback* m_pPlayback = nullptr;

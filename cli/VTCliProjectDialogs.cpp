@@ -23,3 +23,8 @@ bool VTCliProjectDialogs::askProjectLocation(const QString&, const QString& base
         *pFilePath = VTProjectPaths::getProjectFilePath(m_pTemporaryDir->path(), name);
     return true;
 }
+
+IProjectDialogs::BackupChoice VTCliProjectDialogs::askBackupRecovery(const QString&)
+{
+    return BackupChoice::OpenLastSavedKeepBackup;
+}

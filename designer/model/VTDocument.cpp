@@ -21,6 +21,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QSaveFile>
+#include <QScopeGuard>
 #include <QUndoStack>
 
 namespace {
@@ -432,6 +433,8 @@ bool VTDocument::open()
     }
     if (!checkBackupBeforeOpen(filePath))
         return false;
+    // A recovered backup that does not load goes back to being a backup, beside the last saved file.
+    auto abandonBackup = qScopeGuard([this, &filePath] { m_backup.abandonOpenBackup(filePath); });
 
     QFile file(filePath);
     if (!file.exists()) {
@@ -462,6 +465,7 @@ bool VTDocument::open()
     setFileName(QFileInfo(filePath).absoluteFilePath());
     regApplicationFont();
     m_pFileLocker->lock(getFileName());
+    abandonBackup.dismiss();
     return true;
 }
 
@@ -473,12 +477,6 @@ bool VTDocument::close()
     if (!closePreloader())
         return false;
     return IDocument::close();
-}
-
-bool VTDocument::saveBackup()
-{
-    // Backups are written once the backup format exists; nothing is written before.
-    return false;
 }
 
 bool VTDocument::extractPackage(const QString& packagePath, const QString& folder)
@@ -584,11 +582,11 @@ bool VTDocument::save()
         warn(tr("Cannot save project. Some symbols cannot be saved."));
         return false;
     }
+    // A backup left in place at the open holds changes that were not saved now: it stays.
     const QString backupPath = getBackupFilePath();
-    if (QFile::exists(backupPath)) {
+    if (removeFileHistory(QFileInfo(backupPath).fileName(), false)) {
         m_pFileLocker->unlock(backupPath);
         QFile::remove(backupPath);
-        removeFileHistory(QFileInfo(backupPath).fileName(), false);
     }
     if (isOpenAsBackup()) {
         setOpenAsBackup(false);
@@ -655,6 +653,13 @@ bool VTDocument::save(const QString& filePath)
     for (const QString& generated : {QStringLiteral("vtplayer.js"), getHTML5EntryFileName(),
                                      getHTML5DataFileName(), getHTML5CSSFileName()})
         removeFileHistory(generated, true);
+    // The backup stays with the old project until the new one is complete.
+    const QString backupName = QFileInfo(getBackupFilePath()).fileName();
+    const bool bOwnBackup = removeFileHistory(backupName, false);
+    auto keepBackupListed = qScopeGuard([this, &backupName, bOwnBackup] {
+        if (bOwnBackup)
+            addFileHistory(backupName, false);
+    });
 
     QStringList newHistory;
     QList<QPair<QString, QString>> copies;
@@ -674,11 +679,16 @@ bool VTDocument::save(const QString& filePath)
     }
 
     // The new project is complete on disk; from here on the document belongs to it.
+    keepBackupListed.dismiss();
     adoptCopiedFiles(copies, referenced, bWasTemp, nOldVersion);
     m_fileHistory.setEntries(newHistory);
     m_pFileLocker->unlock(oldFilePath);
-    // The old project's backup held the changes that are saved now.
-    QFile::remove(getBackupFilePath());
+    // The old project's own backup held the changes that are saved now.
+    if (bOwnBackup)
+        QFile::remove(getBackupFilePath());
+    // The recovered backup is saved in the new project; the old one returns to its last save.
+    if (isOpenAsBackup())
+        m_backup.restoreLastSaved(oldFilePath, false);
     if (bWasTemp) {
         QFile::remove(oldFilePath);
         IUtils::removeDir(oldResourceFolder);

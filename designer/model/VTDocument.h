@@ -3,6 +3,7 @@
 #include "DocumentManager.h"
 #include "IDocument.h"
 #include "VTApplicationFonts.h"
+#include "VTBackup.h"
 #include "VTFileHistory.h"
 #include "VTPreloaderLink.h"
 #include "VTProjectPaths.h"
@@ -25,8 +26,8 @@ class VTPreloader;
 // One open project: folder N with the project file N.vetra and the resource folder N_res.
 //
 // What a save or a close may remove is decided by the resources: a file of the history that no
-// resource references any more goes when the project closes or moves. Subsystems still to come
-// (backups, timelines) are reached through the protected hooks below.
+// resource references any more goes when the project closes or moves. Backups and their recovery
+// are VTBackup's; subsystems still to come are reached through the protected hooks below.
 class VTDocument : public IDocument, public VTSymbol
 {
     Q_OBJECT
@@ -171,7 +172,7 @@ public slots:
     bool save(const QString& filePath) override;
     bool saveAs() override;
     bool revert() override { return true; }
-    bool saveBackup() override;
+    bool saveBackup() override { return m_backup.write(); }
     bool cleanTempDir() override;
     virtual bool extractPackage(const QString& packagePath, const QString& folder);
     virtual bool saveToPackage(const QString& packagePath);
@@ -189,14 +190,13 @@ signals:
 protected:
     // Hooks of the subsystems still to come, each with the behaviour that keeps data safe now.
 
-    // Backup check before opening (offers recovery later); true lets the open go on.
+    // Backup check before opening, which offers recovery; true lets the open go on.
     virtual bool checkBackupBeforeOpen(const QString& filePath)
     {
-        Q_UNUSED(filePath)
-        return true;
+        return m_backup.recoverBeforeOpen(filePath);
     }
     // The open-as-backup question when closing; true lets the close go on.
-    virtual bool confirmCloseOfBackup() { return true; }
+    virtual bool confirmCloseOfBackup() { return m_backup.confirmClose(); }
     // Closes a loaded custom preloader; true when there is none or it closed.
     virtual bool closePreloader() { return m_preloaderLink.closePreloader(); }
     // Saves the custom preloader, loading it first if needed, into <newResourceFolder>/preloader.
@@ -236,6 +236,7 @@ private:
     std::unique_ptr<VTFunctionManager> m_pFunctionManager;
     VTApplicationFonts m_applicationFonts;
     VTFileHistory m_fileHistory;
+    VTBackup m_backup{*this};
     QList<VTSymbol*> m_lstEditingSymbols;
     QUndoCommand* m_pCurrentCommand = nullptr;
     QString m_strStatus;

@@ -191,6 +191,13 @@ void DocumentManager::registerDocument(IDocument* pDocument)
         return;
     self->m_lstDocuments.append(pDocument);
     self->m_pUndoGroup->addStack(pDocument->getUndoStack());
+    // The first unsaved change starts the wait for a backup, and a save ends it.
+    connect(pDocument, &IDocument::modifyChanged, self, [pDocument](bool bModified) {
+        if (bModified)
+            startWaitingBackup(pDocument);
+        else
+            stopWaitingBackup(pDocument);
+    });
     emit self->documentAdded(pDocument);
 }
 
@@ -199,6 +206,7 @@ void DocumentManager::unregisterDocument(IDocument* pDocument)
     DocumentManager* self = instance();
     if (!self->m_lstDocuments.removeOne(pDocument))
         return;
+    disconnect(pDocument, &IDocument::modifyChanged, self, nullptr);
     stopWaitingBackup(pDocument);
     self->m_pUndoGroup->removeStack(pDocument->getUndoStack());
     emit self->documentRemoved(pDocument);

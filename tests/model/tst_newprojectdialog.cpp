@@ -13,6 +13,7 @@
 #include <QFile>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QSettings>
 #include <QSignalSpy>
@@ -44,6 +45,7 @@ private slots:
     void acceptChecksLocationAndName();
     void acceptOverwritesOnlyWhatMayGo();
     void shortFormServesProjectDialogs();
+    void recoveryBoxMapsButtons();
 
 private:
     QString location(const QString& name) const;
@@ -295,6 +297,30 @@ void TestNewProjectDialog::shortFormServesProjectDialogs()
     QVERIFY(!dialogs.askProjectLocation(QStringLiteral("Save As"), QStringLiteral("Pack"), root, &answer));
     QVERIFY(answer.isEmpty());
     QVERIFY(messages.m_lstMessages.isEmpty());
+}
+
+void TestNewProjectDialog::recoveryBoxMapsButtons()
+{
+    using Choice = IProjectDialogs::BackupChoice;
+    VTProjectDialogs dialogs;
+    const QList<QPair<QString, Choice>> buttons{{QStringLiteral("Open Backup"), Choice::OpenBackup},
+                                                {QStringLiteral("Open Both"), Choice::OpenBoth},
+                                                {QStringLiteral("Open Last Saved"), Choice::OpenLastSaved},
+                                                {QStringLiteral("Cancel"), Choice::Cancel}};
+    for (const auto& button : buttons) {
+        QTimer::singleShot(0, this, [&button] {
+            auto* pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            QVERIFY(pBox);
+            QCOMPARE(pBox->windowTitle(), QStringLiteral("Vetra Studio"));
+            QCOMPARE(pBox->buttons().size(), 4);
+            for (QAbstractButton* pButton : pBox->buttons()) {
+                QVERIFY(pButton->minimumWidth() >= pButton->sizeHint().width());
+                if (pButton->text().remove(QLatin1Char('&')) == button.first)
+                    pButton->click();
+            }
+        });
+        QCOMPARE(dialogs.askBackupRecovery(location("recovery")), button.second);
+    }
 }
 
 QTEST_MAIN(TestNewProjectDialog)

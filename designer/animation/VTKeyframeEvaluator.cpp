@@ -2,6 +2,7 @@
 
 #include "VTKeyValue.h"
 #include "VTKeyframeSegment.h"
+#include "VTTimeline.h"
 
 #include <QColor>
 #include <QMetaObject>
@@ -84,6 +85,20 @@ QVariant VTKeyframeEvaluator::convert(const QVariant& value) const
     }
 }
 
+const QEasingCurve* VTKeyframeEvaluator::findSharedCurve(const QEasingCurve& curve)
+{
+    static const std::vector<QEasingCurve> s_vecCurves = [] {
+        std::vector<QEasingCurve> vecCurves;
+        for (int nType = QEasingCurve::Linear; nType < QEasingCurve::Custom; ++nType)
+            vecCurves.push_back(VTTimeline::createEasingCurve(QEasingCurve::Type(nType)));
+        return vecCurves;
+    }();
+    const int nType = curve.type();
+    if (nType >= 0 && nType < int(s_vecCurves.size()) && s_vecCurves[size_t(nType)] == curve)
+        return &s_vecCurves[size_t(nType)];
+    return nullptr;
+}
+
 void VTKeyframeEvaluator::rebuild(const QList<VTKeyValue*>& lstKeys,
                                   const QList<const VTKeyframeSegment*>& lstSegments)
 {
@@ -91,14 +106,19 @@ void VTKeyframeEvaluator::rebuild(const QList<VTKeyValue*>& lstKeys,
     m_vecKeys.reserve(size_t(lstKeys.size()));
     for (int i = 0; i < lstKeys.size(); ++i) {
         const VTKeyframeSegment* pSegment = i + 1 < lstKeys.size() ? lstSegments.value(i) : nullptr;
-        CachedKey cached{lstKeys.at(i)->getTime(),
-                         pSegment && pSegment->hasTransition(),
-                         {},
-                         {},
-                         pSegment ? pSegment->easingCurve() : QEasingCurve()};
+        const QEasingCurve curve = pSegment ? pSegment->easingCurve() : QEasingCurve();
+        const QEasingCurve* pShared = findSharedCurve(curve);
+        CachedKey cached{
+            lstKeys.at(i)->getTime(),        pSegment && pSegment->hasTransition(), {}, {}, pShared,
+            pShared ? QEasingCurve() : curve};
         toNumbers(lstKeys.at(i)->getValue(), cached.value);
         toNumbers(lstKeys.at(i)->getValueMinus(), cached.valueMinus);
         m_vecKeys.push_back(std::move(cached));
+    }
+    // The own curves have found their final place only now.
+    for (CachedKey& key : m_vecKeys) {
+        if (!key.pCurve)
+            key.pCurve = &key.ownCurve;
     }
     m_bValid = true;
 }
@@ -122,7 +142,7 @@ bool VTKeyframeEvaluator::evaluate(int nTime, double* pOut) const
     }
     const CachedKey& to = *it;
     const double dProgress =
-        from.curve.valueForProgress(double(nTime - from.nTime) / double(to.nTime - from.nTime));
+        from.pCurve->valueForProgress(double(nTime - from.nTime) / double(to.nTime - from.nTime));
     switch (m_nValueKind) {
     case ValueKind::Number:
         pOut[0] = from.value[0] + (to.valueMinus[0] - from.value[0]) * dProgress;

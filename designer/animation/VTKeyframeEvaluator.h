@@ -44,15 +44,19 @@ public:
     void write(QObject* pTarget, int nPropertyIndex, const double* pValues) const;
 
 private:
-    // A key with the segment that leaves it, side by side so that a seek touches one block.
+    // A key with the segment that leaves it, side by side so that a seek touches one block. The
+    // curve is one of a shared set when the segment uses a standard curve, which keeps the few
+    // curves a scene uses warm in the cache; a curve of its own is held in ownCurve.
     struct CachedKey
     {
         int nTime;
         bool bTransition;
         double value[4];
         double valueMinus[4];
-        QEasingCurve curve;
+        const QEasingCurve* pCurve;
+        QEasingCurve ownCurve;
     };
+    static const QEasingCurve* findSharedCurve(const QEasingCurve& curve);
 
     void toNumbers(const QVariant& value, double* pOut) const;
 

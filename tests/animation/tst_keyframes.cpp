@@ -240,6 +240,16 @@ void tst_Keyframes::easing()
         qPrintable(QStringLiteral("%1 instead of %2").arg(dValue, 0, 'g', 12).arg(dExpected, 0, 'g', 12)));
     pKeyframe->applyTime(nTime);
     QCOMPARE(pDiv->getRotateZ(), dValue);
+
+    // A curve of the same type with parameters of its own is not the standard one of that type.
+    QEasingCurve own{QEasingCurve::Type(nType)};
+    own.setAmplitude(1.7);
+    own.setOvershoot(2.5);
+    own.setPeriod(0.45);
+    if (own != VTTimeline::createEasingCurve(QEasingCurve::Type(nType))) {
+        pKeyframe->getKeyframeSegments().value(0)->setEasing(own);
+        QCOMPARE(pKeyframe->getValue(nTime).toDouble(), own.valueForProgress(nTime / 1000.0));
+    }
 }
 
 void tst_Keyframes::valueAtTime_data()

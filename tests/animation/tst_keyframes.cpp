@@ -242,6 +242,9 @@ void tst_Keyframes::easing()
     QCOMPARE(pDiv->getRotateZ(), dValue);
 
     // A curve of the same type with parameters of its own is not the standard one of that type.
+    // The splines are made of their points, not of parameters.
+    if (nType >= QEasingCurve::BezierSpline)
+        return;
     QEasingCurve own{QEasingCurve::Type(nType)};
     own.setAmplitude(1.7);
     own.setOvershoot(2.5);

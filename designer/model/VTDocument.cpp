@@ -37,17 +37,7 @@ const QString s_strLoaderTypeKey = QStringLiteral("loaderType");
 const QString s_strLoadingIndicatorKey = QStringLiteral("defaultLoadingIndicatorProps");
 // Spelled so in every project file ever written.
 const QString s_strEmbedSystemFontKey = QStringLiteral("embedSytemFont");
-const QString s_strResFolderKey = QStringLiteral("resFolderHtml5Output");
-const QString s_strPreResFolderKey = QStringLiteral("preResFolderHtml5Output");
-const QString s_strViewportWKey = QStringLiteral("viewportWMeta");
-const QString s_strViewportHKey = QStringLiteral("viewportHMeta");
-const QString s_strContainerIdKey = QStringLiteral("containerID");
-const QString s_strHtmlOutputKey = QStringLiteral("htmlOutput");
-const QString s_strCssDocKey = QStringLiteral("cssDoc");
 const QString s_strInitResponsiveKey = QStringLiteral("initResponsive");
-
-const QString s_strNewResFolder = QStringLiteral("resources");
-const QString s_strNewPreResFolder = QStringLiteral("preloader_resources");
 
 // The first format that knows the output folders, viewport values and container id.
 constexpr int s_nFirstFormatWithOutputKeys = 2;
@@ -61,9 +51,6 @@ VTDocument::VTDocument(QObject* parent)
     , m_pFileLocker(new VTFileLocker(this))
     , m_pResourceManager(new VTResourceManager(this, this))
     , m_pFunctionManager(std::make_unique<VTFunctionManager>())
-    , m_strResFolderHtml5Output(s_strNewResFolder)
-    , m_strPreResFolderHtml5Output(s_strNewPreResFolder)
-    , m_strContainerID(IUtils::genContainerId())
 {
     setResourceManager(m_pResourceManager);
     setFunctionManager(m_pFunctionManager.get());
@@ -95,39 +82,6 @@ void VTDocument::setAutoKeyframeMode(bool bOn)
         return;
     m_bAutoKeyframeMode = bOn;
     emit changeAutoKeyframeMode(bOn);
-}
-
-QString VTDocument::getViewportValueText(int nValue)
-{
-    switch (nValue) {
-    case ViewportDeviceHeight:
-        return QStringLiteral("device-height");
-    case ViewportDeviceWidth:
-        return QStringLiteral("device-width");
-    case ViewportNone:
-        return {};
-    default:
-        return QString::number(nValue);
-    }
-}
-
-QString VTDocument::getViewportWidthTag() const
-{
-    const QString value = getViewportValueText(m_nViewportWMeta);
-    return value.isEmpty() ? QString() : QStringLiteral("width=%1, ").arg(value);
-}
-
-QString VTDocument::getViewportHeightTag() const
-{
-    const QString value = getViewportValueText(m_nViewportHMeta);
-    return value.isEmpty() ? QString() : QStringLiteral("height=%1, ").arg(value);
-}
-
-QString VTDocument::getContainerID() const
-{
-    if (m_strContainerID.isEmpty())
-        m_strContainerID = IUtils::genContainerId();
-    return m_strContainerID;
 }
 
 void VTDocument::setStatus(const QString& text)
@@ -174,10 +128,10 @@ bool VTDocument::checkFormatBeforeSaving()
 
 QStringList VTDocument::getDocumentKeys()
 {
-    return {s_strDocVersionKey,   s_strAutoplayKey,         s_strAutoKeyframeModeKey, s_strHasCustomLoaderKey,
-            s_strLoaderTypeKey,   s_strLoadingIndicatorKey, s_strEmbedSystemFontKey,  s_strResFolderKey,
-            s_strPreResFolderKey, s_strViewportWKey,        s_strViewportHKey,        s_strContainerIdKey,
-            s_strHtmlOutputKey,   s_strCssDocKey,           s_strInitResponsiveKey};
+    return QStringList{s_strDocVersionKey,      s_strAutoplayKey,      s_strAutoKeyframeModeKey,
+                       s_strHasCustomLoaderKey, s_strLoaderTypeKey,    s_strLoadingIndicatorKey,
+                       s_strEmbedSystemFontKey, s_strInitResponsiveKey} +
+           VTOutputSettings::getKeys();
 }
 
 void VTDocument::resetToFileDefaults()
@@ -193,13 +147,7 @@ void VTDocument::resetToFileDefaults()
     m_bAutoKeyframeMode = false;
     m_preloaderLink.resetToFileDefaults();
     m_bEmbedSystemFont = false;
-    m_strResFolderHtml5Output.clear();
-    m_strPreResFolderHtml5Output.clear();
-    m_nViewportWMeta = 0;
-    m_nViewportHMeta = 0;
-    m_strContainerID.clear();
-    m_strHtmlOutput.clear();
-    m_strCssDoc.clear();
+    m_outputSettings.resetToFileDefaults();
     m_bInitResponsive = false;
     m_joPreservedTop = QJsonObject();
     m_fileHistory.clear();
@@ -208,13 +156,7 @@ void VTDocument::resetToFileDefaults()
 
 void VTDocument::resetOutputToNewDefaults()
 {
-    m_strResFolderHtml5Output = s_strNewResFolder;
-    m_strPreResFolderHtml5Output = s_strNewPreResFolder;
-    m_nViewportWMeta = ViewportNone;
-    m_nViewportHMeta = ViewportNone;
-    m_strContainerID = IUtils::genContainerId();
-    m_strHtmlOutput.clear();
-    m_strCssDoc.clear();
+    m_outputSettings.resetToNewDefaults();
 }
 
 bool VTDocument::loadData(const QJsonObject& object)
@@ -317,17 +259,10 @@ void VTDocument::readDocumentKeys(const QJsonObject& document, bool bOldFormat)
     m_bAutoplay = reader.readBool(s_strAutoplayKey, false);
     m_bEmbedSystemFont = reader.readBool(s_strEmbedSystemFontKey, false);
     m_bInitResponsive = reader.readBool(s_strInitResponsiveKey, false);
-    if (bOldFormat) {
+    if (bOldFormat)
         resetOutputToNewDefaults();
-    } else {
-        m_strResFolderHtml5Output = reader.readString(s_strResFolderKey);
-        m_strPreResFolderHtml5Output = reader.readString(s_strPreResFolderKey);
-        m_nViewportWMeta = reader.readInt(s_strViewportWKey, 0);
-        m_nViewportHMeta = reader.readInt(s_strViewportHKey, 0);
-        m_strContainerID = reader.readString(s_strContainerIdKey);
-        m_strHtmlOutput = reader.readString(s_strHtmlOutputKey);
-        m_strCssDoc = reader.readString(s_strCssDocKey);
-    }
+    else
+        m_outputSettings.read(reader);
     m_preloaderLink.readDocumentKeys(document, getLoadProblemList());
 }
 
@@ -341,13 +276,7 @@ bool VTDocument::saveData(QJsonObject& object) const
     document.insert(s_strAutoKeyframeModeKey, m_bAutoKeyframeMode);
     m_preloaderLink.writeDocumentKeys(document);
     document.insert(s_strEmbedSystemFontKey, m_bEmbedSystemFont);
-    document.insert(s_strResFolderKey, m_strResFolderHtml5Output);
-    document.insert(s_strPreResFolderKey, m_strPreResFolderHtml5Output);
-    document.insert(s_strViewportWKey, m_nViewportWMeta);
-    document.insert(s_strViewportHKey, m_nViewportHMeta);
-    document.insert(s_strContainerIdKey, getContainerID());
-    document.insert(s_strHtmlOutputKey, m_strHtmlOutput);
-    document.insert(s_strCssDocKey, m_strCssDoc);
+    m_outputSettings.write(document);
     document.insert(s_strInitResponsiveKey, m_bInitResponsive);
 
     for (auto it = m_joPreservedTop.constBegin(); it != m_joPreservedTop.constEnd(); ++it)
@@ -401,8 +330,8 @@ bool VTDocument::openTempDocument(int nWidth, int nHeight, int nSceneCount, bool
     } else {
         m_lstInitialHBreakpoints.clear();
         m_lstInitialVBreakpoints.clear();
-        m_nViewportWMeta = ViewportNone;
-        m_nViewportHMeta = ViewportNone;
+        m_outputSettings.setViewportWMeta(ViewportNone);
+        m_outputSettings.setViewportHMeta(ViewportNone);
     }
     setWidth(nWidth);
     setHeight(nHeight);
@@ -777,7 +706,7 @@ bool VTDocument::savePreloaderTo(const QString& oldResourceFolder, const QString
 {
     // The preloader is loaded from the old folder, which is still this document's.
     Q_UNUSED(oldResourceFolder)
-    return m_preloaderLink.savePreloaderTo(newResourceFolder, m_strPreResFolderHtml5Output);
+    return m_preloaderLink.savePreloaderTo(newResourceFolder, m_outputSettings.getPreloaderResFolder());
 }
 
 qint64 VTDocument::getDataSize() const

@@ -5,6 +5,7 @@
 #include "VTApplicationFonts.h"
 #include "VTBackup.h"
 #include "VTFileHistory.h"
+#include "VTOutputSettings.h"
 #include "VTPreloaderLink.h"
 #include "VTProjectPaths.h"
 #include "VTSymbol.h"
@@ -34,9 +35,9 @@ class VTDocument : public IDocument, public VTSymbol
 public:
     enum ViewportValue
     {
-        ViewportDeviceHeight = -1,
-        ViewportDeviceWidth = -2,
-        ViewportNone = -3,
+        ViewportDeviceHeight = VTOutputSettings::ViewportDeviceHeight,
+        ViewportDeviceWidth = VTOutputSettings::ViewportDeviceWidth,
+        ViewportNone = VTOutputSettings::ViewportNone,
     };
     Q_ENUM(ViewportValue)
 
@@ -95,41 +96,40 @@ public:
     VTPreloader* getPreloaderDoc() const { return m_preloaderLink.getPreloaderDoc(); }
     void setPreloaderDoc(VTPreloader* pDoc)
     {
-        m_preloaderLink.setPreloaderDoc(pDoc, m_strPreResFolderHtml5Output);
+        m_preloaderLink.setPreloaderDoc(pDoc, m_outputSettings.getPreloaderResFolder());
     }
     bool initPreloaderDocument()
     {
-        return m_preloaderLink.initPreloaderDocument(m_strPreResFolderHtml5Output);
+        return m_preloaderLink.initPreloaderDocument(m_outputSettings.getPreloaderResFolder());
     }
     bool isEmbedSystemFont() const { return m_bEmbedSystemFont; }
     void setEmbedSystemFont(bool bEmbed) { m_bEmbedSystemFont = bEmbed; }
-    QString getResFolderHTML5Output() const { return m_strResFolderHtml5Output; }
-    void setResFolderHTML5Output(const QString& name) { m_strResFolderHtml5Output = name; }
+    const VTOutputSettings& getOutputSettings() const { return m_outputSettings; }
+    QString getResFolderHTML5Output() const { return m_outputSettings.getResFolder(); }
+    void setResFolderHTML5Output(const QString& name) { m_outputSettings.setResFolder(name); }
     // Kept in step along the chain of loaded preloaders; the last one's value is the one used.
     QString getPreloaderResFolderHTML5Output() const
     {
-        return m_preloaderLink.resolvePreloaderResFolderHTML5Output(m_strPreResFolderHtml5Output);
+        return m_preloaderLink.resolvePreloaderResFolderHTML5Output(m_outputSettings.getPreloaderResFolder());
     }
     void setPreloaderResFolderHTML5Output(const QString& name)
     {
-        m_strPreResFolderHtml5Output = name;
+        m_outputSettings.setPreloaderResFolder(name);
         m_preloaderLink.propagatePreloaderResFolderHTML5Output(name);
     }
-    int getViewportWMeta() const { return m_nViewportWMeta; }
-    void setViewportWMeta(int nValue) { m_nViewportWMeta = nValue; }
-    int getViewportHMeta() const { return m_nViewportHMeta; }
-    void setViewportHMeta(int nValue) { m_nViewportHMeta = nValue; }
-    // "width=%1, " and "height=%1, " for the viewport meta tag; empty for ViewportNone.
-    QString getViewportWidthTag() const;
-    QString getViewportHeightTag() const;
-    static QString getViewportValueText(int nValue);
-    // Made on first use when the project has none.
-    QString getContainerID() const;
-    void setContainerID(const QString& id) { m_strContainerID = id; }
-    QString getHtmlOutput() const { return m_strHtmlOutput; }
-    void setHtmlOutput(const QString& html) { m_strHtmlOutput = html; }
-    QString getCssDoc() const { return m_strCssDoc; }
-    void setCssDoc(const QString& css) { m_strCssDoc = css; }
+    int getViewportWMeta() const { return m_outputSettings.getViewportWMeta(); }
+    void setViewportWMeta(int nValue) { m_outputSettings.setViewportWMeta(nValue); }
+    int getViewportHMeta() const { return m_outputSettings.getViewportHMeta(); }
+    void setViewportHMeta(int nValue) { m_outputSettings.setViewportHMeta(nValue); }
+    QString getViewportWidthTag() const { return m_outputSettings.getViewportWidthTag(); }
+    QString getViewportHeightTag() const { return m_outputSettings.getViewportHeightTag(); }
+    static QString getViewportValueText(int nValue) { return VTOutputSettings::getViewportValueText(nValue); }
+    QString getContainerID() const { return m_outputSettings.getContainerID(); }
+    void setContainerID(const QString& id) { m_outputSettings.setContainerID(id); }
+    QString getHtmlOutput() const { return m_outputSettings.getHtmlOutput(); }
+    void setHtmlOutput(const QString& html) { m_outputSettings.setHtmlOutput(html); }
+    QString getCssDoc() const { return m_outputSettings.getCssDoc(); }
+    void setCssDoc(const QString& css) { m_outputSettings.setCssDoc(css); }
     bool isInitResponsive() const { return m_bInitResponsive; }
     void setInitResponsive(bool bResponsive) { m_bInitResponsive = bResponsive; }
 
@@ -246,13 +246,7 @@ private:
     bool m_bAutoKeyframeMode = false;
     VTPreloaderLink m_preloaderLink{this};
     bool m_bEmbedSystemFont = false;
-    QString m_strResFolderHtml5Output;
-    QString m_strPreResFolderHtml5Output;
-    int m_nViewportWMeta = ViewportDeviceWidth;
-    int m_nViewportHMeta = ViewportNone;
-    mutable QString m_strContainerID;
-    QString m_strHtmlOutput;
-    QString m_strCssDoc;
+    VTOutputSettings m_outputSettings;
     bool m_bInitResponsive = false;
     // Top-level keys of the file that this version does not know, written back unchanged.
     QJsonObject m_joPreservedTop;

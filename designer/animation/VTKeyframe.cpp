@@ -562,7 +562,7 @@ bool VTKeyframe::parse(const QJsonObject& json, QStringList* pProblems)
         if (pProblems)
             pProblems->append(problem);
     };
-    const QString name = getNameByType_NoTR(m_nProperty);
+    const QString name = VTAnimatedProperty::getName_NoTR(m_nProperty);
     if (json.value(QStringLiteral("unit")).isString())
         m_strUnitSign = json.value(QStringLiteral("unit")).toString();
 

@@ -105,7 +105,7 @@ public:
     QString getUnitSign() const { return m_strUnitSign; }
     void setUnitSign(const QString& unit) { m_strUnitSign = unit; }
     QPair<int, int> getMinMaxKeyValue() const;
-    bool canHaveTransition() const { return canHaveTransition(m_nProperty); }
+    bool canHaveTransition() const { return VTAnimatedProperty::canHaveTransition(m_nProperty); }
     // The element of the animation this keyframe belongs to, or null.
     VTElement* getAnimationElement() const;
 
@@ -117,37 +117,6 @@ public:
     // "p" and "v" of a property's plain value.
     static void serializeSavedValueToExport(QJsonObject& json, int nProperty, const QString& unit,
                                             const QVariant& value);
-
-    // The property table, by property number (see VTAnimatedProperty).
-    static QByteArray getPropertyNameByType(int nProperty)
-    {
-        return VTAnimatedProperty::getPropertyName(nProperty);
-    }
-    static QString getNameByType(int nProperty) { return VTAnimatedProperty::getName(nProperty); }
-    static QString getNameByType_NoTR(int nProperty) { return VTAnimatedProperty::getName_NoTR(nProperty); }
-    static QString getExportedPropertyNameByType(int nProperty)
-    {
-        return VTAnimatedProperty::getExportName(nProperty);
-    }
-    static QString getGroupNameByPropType(int nProperty, bool bTranslate)
-    {
-        return VTAnimatedProperty::getGroupName(nProperty, bTranslate);
-    }
-    static QString getPropUnitSign(const VTElement* pElement, int nProperty, const VTLayoutKey& layoutKey)
-    {
-        return VTAnimatedProperty::getUnitSign(pElement, nProperty, layoutKey);
-    }
-    static QObject* getAnimTargetObject(VTElement* pElement, int nProperty, const VTLayoutKey& layoutKey)
-    {
-        return VTAnimatedProperty::getTargetObject(pElement, nProperty, layoutKey);
-    }
-    static const QVector<int>& getAnimatedProps() { return VTAnimatedProperty::getAnimatedProps(); }
-    static bool isAnimatedProp(int nProperty) { return VTAnimatedProperty::isAnimatedProp(nProperty); }
-    static bool canAnimate(const VTElement* pElement, int nProperty)
-    {
-        return VTAnimatedProperty::canAnimate(pElement, nProperty);
-    }
-    static bool canHaveTransition(int nProperty) { return VTAnimatedProperty::canHaveTransition(nProperty); }
 
 protected:
     void updateCurrentTime(int nCurrentTime) override;

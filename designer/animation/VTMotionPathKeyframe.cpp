@@ -13,6 +13,19 @@
 #include <algorithm>
 #include <cmath>
 
+namespace {
+
+// Several anchors may stand at one key time; the last of the run that starts at nIndex counts.
+int lastOfKeyTime(const QList<VTAnchorPoint*>& lstAnchors, int nIndex)
+{
+    const int nTime = lstAnchors.at(nIndex)->getKeyTime();
+    while (nIndex + 1 < lstAnchors.size() && lstAnchors.at(nIndex + 1)->getKeyTime() == nTime)
+        ++nIndex;
+    return nIndex;
+}
+
+} // namespace
+
 VTMotionPathKeyframe::VTMotionPathKeyframe(VTElement* pElement, const VTLayoutKey& layoutKey)
     : VTKeyframe(VT::ElementProperty(6), pElement, layoutKey)
     , m_pMotionPath(std::make_unique<VTMotionPath>(this))
@@ -76,10 +89,7 @@ VTMotionPathKeyframe::PathPosition VTMotionPathKeyframe::locate(int nTime) const
             nPreviousTime = pAnchor->getKeyTime();
         }
         if (pAnchor->getKeyTime() == nTime) {
-            int nLast = i;
-            while (nLast + 1 < lstAnchors.size() && lstAnchors.at(nLast + 1)->getKeyTime() == nTime)
-                ++nLast;
-            return {lstAnchors.at(nLast)->getPosition()};
+            return {lstAnchors.at(lastOfKeyTime(lstAnchors, i))->getPosition()};
         }
         if (pAnchor->getKeyTime() < nTime) {
             nA = i;
@@ -135,10 +145,7 @@ int VTMotionPathKeyframe::getNewAnchorPointIndex(int nTime) const
         // After the last anchor of an equal time, else at the end.
         for (int k = lstKeyed.size() - 1; k >= 0; --k) {
             if (lstAnchors.at(lstKeyed.at(k))->getKeyTime() == nTime) {
-                int nLast = lstKeyed.at(k);
-                while (nLast + 1 < lstAnchors.size() && lstAnchors.at(nLast + 1)->getKeyTime() == nTime)
-                    ++nLast;
-                return nLast + 1;
+                return lastOfKeyTime(lstAnchors, lstKeyed.at(k)) + 1;
             }
         }
         return lstAnchors.size();
@@ -153,10 +160,7 @@ int VTMotionPathKeyframe::getNewAnchorPointIndex(int nTime) const
             nPreviousTime = nKeyTime;
         }
         if (nKeyTime == nTime) {
-            int nLast = i;
-            while (nLast + 1 < lstAnchors.size() && lstAnchors.at(nLast + 1)->getKeyTime() == nTime)
-                ++nLast;
-            return nLast + 1;
+            return lastOfKeyTime(lstAnchors, i) + 1;
         }
         const int j = k + 1 < lstKeyed.size() ? lstKeyed.at(k + 1) : -1;
         if (j < 0 || lstAnchors.at(j)->getKeyTime() <= nTime)

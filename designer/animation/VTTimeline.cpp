@@ -1,6 +1,5 @@
 #include "VTTimeline.h"
 
-#include "VTAnimatedProperty.h"
 #include "VTAnimation.h"
 #include "VTAnimationFactory.h"
 #include "VTEventListenerList.h"
@@ -60,15 +59,8 @@ void VTTimeline::deleteAllAnimations()
 void VTTimeline::setCurrentTime(int nTime)
 {
     nTime = qMax(0, nTime);
-    // Seeking pauses playback. Qt runs a group's time only once it has been started, so a
-    // stopped timeline is started and paused once, with updates off to avoid a pass through 0.
-    if (state() != QAbstractAnimation::Paused) {
-        m_bUpdateEnabled = false;
-        QAbstractAnimation::start();
-        if (state() == QAbstractAnimation::Running)
-            pause();
-        m_bUpdateEnabled = true;
-    }
+    // Seeking pauses playback.
+    pauseQtClock();
     applyTime(nTime);
     m_bQtTimeStale = true;
     if (m_nCurrentTime != nTime) {
@@ -77,14 +69,23 @@ void VTTimeline::setCurrentTime(int nTime)
     }
 }
 
+void VTTimeline::pauseQtClock()
+{
+    if (state() == QAbstractAnimation::Paused)
+        return;
+    // Qt runs a group's time only once it has been started, so a stopped timeline is started
+    // and paused, with updates off to avoid a pass through 0.
+    m_bUpdateEnabled = false;
+    QAbstractAnimation::start();
+    if (state() == QAbstractAnimation::Running)
+        pause();
+    m_bUpdateEnabled = true;
+}
+
 void VTTimeline::syncQtTime()
 {
     if (state() == QAbstractAnimation::Stopped) {
-        m_bUpdateEnabled = false;
-        QAbstractAnimation::start();
-        if (state() == QAbstractAnimation::Running)
-            pause();
-        m_bUpdateEnabled = true;
+        pauseQtClock();
         m_bQtTimeStale = true;
     }
     if (m_bQtTimeStale) {
@@ -311,12 +312,6 @@ bool VTTimeline::isAllAnimPropInheritFromBase(const VTElement* pElement, VT::Ele
             return false;
     }
     return true;
-}
-
-bool VTTimeline::canAddAnimationType(const VTElement* pElement, int nProperty, const VTLayoutKey& from,
-                                     const VTLayoutKey& to)
-{
-    return VTAnimatedProperty::canAddAnimationType(pElement, nProperty, from, to);
 }
 
 bool VTTimeline::hasPropsAnimData() const

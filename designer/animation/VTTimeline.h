@@ -128,10 +128,6 @@ public:
     bool isAllAnimPropsInheritFromBase(const VTElement* pElement) const;
     bool isAllAnimPropInheritFromBase(const VTElement* pElement, VT::ElementProperty nProperty) const;
 
-    // Whether a keyframe of the property can exist for the element, or be carried from one layout
-    // to another.
-    static bool canAddAnimationType(const VTElement* pElement, int nProperty, const VTLayoutKey& from,
-                                    const VTLayoutKey& to);
     // Whether the current layout animates anything: a key or a playback mark.
     bool hasPropsAnimData() const;
 
@@ -184,6 +180,8 @@ protected:
 
 private:
     void applyTime(int nTime);
+    // Leaves Qt's clock paused, from whatever state it is in.
+    void pauseQtClock();
     // Puts Qt's clock where the playhead is, paused.
     void syncQtTime();
     // Triggers with a time in (nFrom, nTo].

@@ -25,12 +25,10 @@ QString VTCheckCommand::getSummary() const
 
 int VTCheckCommand::run(const QStringList& arguments, QTextStream& out, QTextStream& err)
 {
-    if (isHelpRequest(arguments)) {
-        out << tr("Usage: vetra check FILE") << '\n' << getSummary() << '\n';
+    if (answerHelp(arguments, out))
         return s_nExitSuccess;
-    }
     if (arguments.size() != 1 || arguments.first().isEmpty()) {
-        err << tr("Usage: vetra check FILE") << '\n';
+        err << getUsage() << '\n';
         return s_nExitUsage;
     }
     bool bOpened = false;

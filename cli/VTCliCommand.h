@@ -20,12 +20,10 @@ public:
     virtual QString getArgumentsSyntax() const = 0;
     // One line for the command list.
     virtual QString getSummary() const = 0;
-    // "--help" or "-h" alone.
-    static bool isHelpRequest(const QStringList& arguments)
-    {
-        return arguments.size() == 1 &&
-               (arguments.first() == QLatin1String("--help") || arguments.first() == QLatin1String("-h"));
-    }
+    // "Usage: vetra NAME SYNTAX".
+    QString getUsage() const;
+    // For "--help" or "-h" alone: writes the usage and the summary to out and says true.
+    bool answerHelp(const QStringList& arguments, QTextStream& out) const;
     // Results go to out, messages and problems to err. Returns the exit code.
     virtual int run(const QStringList& arguments, QTextStream& out, QTextStream& err) = 0;
 };

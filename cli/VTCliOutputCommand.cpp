@@ -13,11 +13,9 @@ bool VTCliOutputCommand::isOutputTaken(const QFileInfo& target) const
 
 int VTCliOutputCommand::run(const QStringList& arguments, QTextStream& out, QTextStream& err)
 {
-    const QString usage = tr("Usage: vetra %1 %2").arg(getName(), getArgumentsSyntax());
-    if (isHelpRequest(arguments)) {
-        out << usage << '\n' << getSummary() << '\n';
+    const QString usage = getUsage();
+    if (answerHelp(arguments, out))
         return s_nExitSuccess;
-    }
     if (arguments.size() != 2 || arguments.at(0).isEmpty() || arguments.at(1).isEmpty()) {
         err << usage << '\n';
         return s_nExitUsage;

@@ -29,11 +29,9 @@ bool VTUnpackCommand::holdsProject(const QString& folder)
 
 int VTUnpackCommand::run(const QStringList& arguments, QTextStream& out, QTextStream& err)
 {
-    const QString usage = tr("Usage: vetra unpack PKG FOLDER");
-    if (isHelpRequest(arguments)) {
-        out << usage << '\n' << getSummary() << '\n';
+    const QString usage = getUsage();
+    if (answerHelp(arguments, out))
         return s_nExitSuccess;
-    }
     if (arguments.size() != 2 || arguments.at(0).isEmpty() || arguments.at(1).isEmpty()) {
         err << usage << '\n';
         return s_nExitUsage;

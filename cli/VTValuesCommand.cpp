@@ -79,11 +79,9 @@ QString VTValuesCommand::getSummary() const
 
 int VTValuesCommand::run(const QStringList& arguments, QTextStream& out, QTextStream& err)
 {
-    const QString usage = tr("Usage: vetra values %1").arg(getArgumentsSyntax());
-    if (isHelpRequest(arguments)) {
-        out << usage << '\n' << getSummary() << '\n';
+    const QString usage = getUsage();
+    if (answerHelp(arguments, out))
         return s_nExitSuccess;
-    }
     Options options;
     const QString error = parseOptions(arguments, options);
     if (!error.isEmpty()) {

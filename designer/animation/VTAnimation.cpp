@@ -189,7 +189,7 @@ bool VTAnimation::isUsingMotionPath() const
     return getKeyframe(VT::ElementProperty(6)) != nullptr;
 }
 
-int VTAnimation::getStartTime() const
+int VTAnimation::getFirstTime() const
 {
     int nStart = -1;
     for (const VTKeyframe* pKeyframe : getKeyframes()) {
@@ -199,7 +199,7 @@ int VTAnimation::getStartTime() const
         if (nTime >= 0 && (nStart < 0 || nTime < nStart))
             nStart = nTime;
     }
-    return qMax(0, nStart);
+    return nStart;
 }
 
 int VTAnimation::getEndTime() const

@@ -50,7 +50,7 @@ public:
     void detachKeyframe(VTKeyframe* pKeyframe);
     bool isUsingMotionPath() const;
     // The first key over all keyframes (and playback marks); 0 when nothing counts.
-    virtual int getStartTime() const;
+    int getStartTime() const { return qMax(0, getFirstTime()); }
     int getEndTime() const;
 
     bool isPropInherit(int nProperty) const { return m_mapPropsInherit.value(nProperty, true); }
@@ -64,6 +64,8 @@ public:
 
 protected:
     void updateCurrentTime(int nCurrentTime) override;
+    // The earliest time of 0 or more that the animation holds, or -1.
+    virtual int getFirstTime() const;
     // Keeps the list of keyframes in step with the group's children, however they come and go
     // (added, taken, deleted).
     bool event(QEvent* pEvent) override;

@@ -57,16 +57,13 @@ bool VTPlaybackAnimation::parse(const QJsonObject& json, VTTimeline* pTimeline, 
     return bClean;
 }
 
-int VTPlaybackAnimation::getStartTime() const
+int VTPlaybackAnimation::getFirstTime() const
 {
-    const int nKeys = VTAnimation::getStartTime();
+    const int nKeys = VTAnimation::getFirstTime();
     const int nFirstMark = m_pPlayback->getFirstActionTime();
-    if (nFirstMark < 0)
-        return nKeys;
-    bool bHasKeys = false;
-    for (const VTKeyframe* pKeyframe : getKeyframes())
-        bHasKeys = bHasKeys || !pKeyframe->getKeyValues().isEmpty();
-    return bHasKeys ? qMin(nKeys, nFirstMark) : nFirstMark;
+    if (nKeys < 0 || nFirstMark < 0)
+        return qMax(nKeys, nFirstMark);
+    return qMin(nKeys, nFirstMark);
 }
 
 void VTPlaybackAnimation::addEventListener(VTEventListener* pListener)

@@ -21,7 +21,6 @@ public:
     void serialize(QJsonObject& json) const override;
     bool parse(const QJsonObject& json, VTTimeline* pTimeline, const VTLayoutKey& layoutKey,
                QStringList* pProblems = nullptr) override;
-    int getStartTime() const override;
 
     VTPlayback* getPlayback() const { return m_pPlayback; }
     void addEventListener(VTEventListener* pListener);
@@ -35,6 +34,9 @@ public:
     void updatePlayback();
     // The player's "pb" entries.
     void appendPlaybacksData(QJsonArray& array) const;
+
+protected:
+    int getFirstTime() const override;
 
 private:
     std::function<int(const QString&)> createLabelLookup() const;

@@ -265,8 +265,6 @@ bool VTScene::parse(const QJsonObject& json, VTResourceManager* pManager, QStrin
     m_pTimelineManager->parse(timelines, &lstTimelineProblems);
     for (const QString& problem : qAsConst(lstTimelineProblems))
         reader.report(problem);
-    for (VTTimeline* pTimeline : m_pTimelineManager->getTimelines())
-        pTimeline->setLayoutID(getCurrentLayoutID());
     setSelected(reader.readBool(kIsSelected, false));
     return true;
 }

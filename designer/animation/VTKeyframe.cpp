@@ -1,5 +1,6 @@
 #include "VTKeyframe.h"
 
+#include "IUtils.h"
 #include "VTAnimatedProperty.h"
 #include "VTAnimation.h"
 #include "VTElement.h"
@@ -28,14 +29,6 @@ const QString s_strKeyValues = QStringLiteral("keyValues");
 const QString s_strSegments = QStringLiteral("keyframeSegments");
 const QString s_strHasTransition = QStringLiteral("has_transition");
 const QString s_strEasing = QStringLiteral("easing_curve");
-
-int clampToInt(double dValue)
-{
-    if (!std::isfinite(dValue))
-        return 0;
-    return static_cast<int>(
-        std::clamp(dValue, double(std::numeric_limits<int>::min()), double(std::numeric_limits<int>::max())));
-}
 
 QJsonObject valueToJson(const QVariant& value)
 {
@@ -324,7 +317,7 @@ void VTKeyframe::moveAllKeyValues(int nDelta)
     if (m_lstKeyValues.isEmpty())
         return;
     for (VTKeyValue* pKey : qAsConst(m_lstKeyValues))
-        pKey->setTime(clampToInt(double(pKey->getTime()) + nDelta));
+        pKey->setTime(IUtils::clampToInt(double(pKey->getTime()) + nDelta));
     m_pTailKey->setTime(m_lstKeyValues.last()->getTime());
     updateAllSegments();
 }
@@ -612,9 +605,9 @@ bool VTKeyframe::parse(const QJsonObject& json, QStringList* pProblems)
         if (!bValueOk || !bMinusOk)
             note(tr("A key of the %1 keyframe at %2 ms has a damaged value; it reads as zero.")
                      .arg(name)
-                     .arg(clampToInt(key.value(s_strTime).toDouble())));
+                     .arg(IUtils::clampToInt(key.value(s_strTime).toDouble())));
         // The timeline starts at 0, where the lead-in's hidden key stands.
-        const int nTime = clampToInt(key.value(s_strTime).toDouble());
+        const int nTime = IUtils::clampToInt(key.value(s_strTime).toDouble());
         if (nTime < 0)
             note(tr("A key of the %1 keyframe lies before the start, at %2 ms; it was moved to 0.")
                      .arg(name)

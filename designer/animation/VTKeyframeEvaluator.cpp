@@ -1,5 +1,6 @@
 #include "VTKeyframeEvaluator.h"
 
+#include "IUtils.h"
 #include "VTKeyValue.h"
 #include "VTKeyframeSegment.h"
 #include "VTTimeline.h"
@@ -11,18 +12,6 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-
-namespace {
-
-int clampToInt(double dValue)
-{
-    if (!std::isfinite(dValue))
-        return 0;
-    return static_cast<int>(
-        std::clamp(dValue, double(std::numeric_limits<int>::min()), double(std::numeric_limits<int>::max())));
-}
-
-} // namespace
 
 void VTKeyframeEvaluator::toNumbers(const QVariant& value, double* pOut) const
 {
@@ -36,8 +25,9 @@ void VTKeyframeEvaluator::toNumbers(const QVariant& value, double* pOut) const
         // -10.5 becomes -10, where std::round would give -11.
         const double dValue = value.toDouble();
         pOut[0] = std::isfinite(dValue)
-                      ? clampToInt(double(qRound64(std::clamp(dValue, double(std::numeric_limits<int>::min()),
-                                                              double(std::numeric_limits<int>::max())))))
+                      ? IUtils::clampToInt(
+                            double(qRound64(std::clamp(dValue, double(std::numeric_limits<int>::min()),
+                                                       double(std::numeric_limits<int>::max())))))
                       : 0.0;
         break;
     }
@@ -62,7 +52,7 @@ QVariant VTKeyframeEvaluator::toVariant(const double* pValues) const
 {
     switch (m_nValueKind) {
     case ValueKind::Integer:
-        return clampToInt(pValues[0]);
+        return IUtils::clampToInt(pValues[0]);
     case ValueKind::Point:
         return QPointF(pValues[0], pValues[1]);
     case ValueKind::Color:
@@ -178,7 +168,7 @@ void VTKeyframeEvaluator::write(QObject* pTarget, int nPropertyIndex, const doub
         break;
     }
     case ValueKind::Integer: {
-        int nValue = clampToInt(pValues[0]);
+        int nValue = IUtils::clampToInt(pValues[0]);
         metacall(&nValue);
         break;
     }

@@ -1,5 +1,6 @@
 #include "VTPlayback.h"
 
+#include "IUtils.h"
 #include "VTEventListener.h"
 #include "VTEventListenerList.h"
 #include "VTJsonReader.h"
@@ -26,23 +27,7 @@ constexpr int kMediaFamily = VTEventListener::StartMedia;
 constexpr double kExactSpeedLimit = 1e6;
 
 // Marks come from files and edits that can hold anything, so every result is computed wide and
-// brought back into an int here, truncated toward zero.
-int clampToInt(double dValue)
-{
-    if (std::isnan(dValue))
-        return 0;
-    if (dValue >= std::numeric_limits<int>::max())
-        return std::numeric_limits<int>::max();
-    if (dValue <= std::numeric_limits<int>::min())
-        return std::numeric_limits<int>::min();
-    return static_cast<int>(dValue);
-}
-
-int clampToInt(qint64 nValue)
-{
-    return static_cast<int>(
-        std::clamp<qint64>(nValue, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
-}
+// brought back into an int with IUtils::clampToInt, truncated toward zero.
 
 // Halves go up, as the player's own rounding does.
 double roundHalfUp(double dValue)
@@ -62,7 +47,7 @@ int readPosition(const QJsonObject& joData, const VTPlayback::LabelLookup& looku
 {
     const QJsonValue value = joData.value(kTime);
     if (value.isDouble())
-        return clampToInt(value.toDouble());
+        return IUtils::clampToInt(value.toDouble());
     if (value.isString())
         return lookupLabel ? lookupLabel(value.toString()) : -1;
     return -1;
@@ -71,7 +56,7 @@ int readPosition(const QJsonObject& joData, const VTPlayback::LabelLookup& looku
 qint64 readDuration(const QJsonObject& joData)
 {
     const QJsonValue value = joData.value(kDuration);
-    return value.isDouble() ? clampToInt(value.toDouble()) : 0;
+    return value.isDouble() ? IUtils::clampToInt(value.toDouble()) : 0;
 }
 
 // Timeline ms that playing nSpan ms of the element takes at dSpeed percent; nothing at speed 0.
@@ -94,7 +79,7 @@ double advance(qint64 nSpan, double dSpeed)
 // Timeline ms of a run from nFrom to nTo at a speed factor, for the player.
 int exportedRunLength(int nFrom, int nTo, double dFactor)
 {
-    return std::max(0, clampToInt(roundHalfUp((static_cast<double>(nTo) - nFrom) / dFactor)));
+    return std::max(0, IUtils::clampToInt(roundHalfUp((static_cast<double>(nTo) - nFrom) / dFactor)));
 }
 
 int getFamilyStart(int nActionType)
@@ -167,7 +152,8 @@ void VTPlayback::moveAllEvents(int nDelta)
     const QList<VTEventListener*> lstListeners = m_pEventListenerList->getEventListeners();
     for (VTEventListener* pListener : lstListeners) {
         QJsonObject joEvent = pListener->getEventData();
-        joEvent.insert(kActionTime, clampToInt(static_cast<qint64>(pListener->getActionTime()) + nDelta));
+        joEvent.insert(kActionTime,
+                       IUtils::clampToInt(static_cast<qint64>(pListener->getActionTime()) + nDelta));
         pListener->setEventData(joEvent);
     }
 }
@@ -188,7 +174,9 @@ void VTPlayback::updatePlayback(int nPlaybackDuration, const LabelLookup& lookup
         QJsonObject joData = pListener->getActionData();
         const double dSpeed = readSpeed(joData);
         const bool bReverse = dSpeed < 0;
-        const auto endOfRun = [&](double dSpan) { return clampToInt(nTime + runLength(dSpeed, dSpan)); };
+        const auto endOfRun = [&](double dSpan) {
+            return IUtils::clampToInt(nTime + runLength(dSpeed, dSpan));
+        };
         const auto endFromPos = [&]() { return endOfRun(bReverse ? nPos : static_cast<double>(nD) - nPos); };
 
         switch (getPlaybackKind(pListener->getActionType())) {
@@ -204,7 +192,8 @@ void VTPlayback::updatePlayback(int nPlaybackDuration, const LabelLookup& lookup
                 nEnd = endOfRun(nD);
             } else {
                 if (bPlaying)
-                    nPos = clampToInt(nPos + advance(static_cast<qint64>(nTime) - nLastTime, dLastSpeed));
+                    nPos = IUtils::clampToInt(nPos +
+                                              advance(static_cast<qint64>(nTime) - nLastTime, dLastSpeed));
                 nEnd = endFromPos();
             }
             bPlaying = true;
@@ -223,7 +212,7 @@ void VTPlayback::updatePlayback(int nPlaybackDuration, const LabelLookup& lookup
         }
         case PauseKind:
             if (bPlaying) {
-                nPos = clampToInt(static_cast<qint64>(nPos) - nLastTime + nTime);
+                nPos = IUtils::clampToInt(static_cast<qint64>(nPos) - nLastTime + nTime);
                 bPlaying = false;
                 if (nEnd <= nTime)
                     nPos = 0;
@@ -245,7 +234,7 @@ void VTPlayback::updatePlayback(int nPlaybackDuration, const LabelLookup& lookup
 
         // A pause after a slow run can leave the position past D, and a foreign action keeps an
         // older end; neither may give a run that ends before it starts.
-        joData.insert(kDuration, std::max(0, clampToInt(static_cast<qint64>(nEnd) - nTime)));
+        joData.insert(kDuration, std::max(0, IUtils::clampToInt(static_cast<qint64>(nEnd) - nTime)));
         pListener->setActionData(joData);
         nLastTime = nTime;
         dLastSpeed = dSpeed;
@@ -258,7 +247,7 @@ void VTPlayback::updatePlayback(int nPlaybackDuration, const LabelLookup& lookup
         const qint64 nNextTime = lstListeners.at(i + 1)->getActionTime();
         QJsonObject joData = pListener->getActionData();
         if (nTime + readDuration(joData) > nNextTime) {
-            joData.insert(kDuration, std::max(0, clampToInt(nNextTime - nTime)));
+            joData.insert(kDuration, std::max(0, IUtils::clampToInt(nNextTime - nTime)));
             pListener->setActionData(joData);
         }
     }
@@ -292,14 +281,14 @@ void VTPlayback::appendPlaybacksData(QJsonArray& array, int nElementId, int nPla
             // Cut short: the element stops where the run got to, kept off the end the run was
             // heading for, so that a following Play continues instead of restarting.
             const double dMoved = roundHalfUp(dPrevSpeed / 100.0 * (static_cast<double>(nTime) - nPrevTime));
-            nPos = clampToInt(nRunStart + dMoved);
+            nPos = IUtils::clampToInt(nRunStart + dMoved);
             if (dPrevSpeed >= 0 && nPos >= nD)
                 nPos = nD - 1;
             else if (dPrevSpeed < 0 && nPos <= 0)
                 nPos = 1;
             nPos = std::clamp(nPos, 0, nD);
             QJsonObject joLast = array.at(nLastEntry).toObject();
-            joLast.insert(QStringLiteral("d"), clampToInt(static_cast<qint64>(nTime) - nPrevTime));
+            joLast.insert(QStringLiteral("d"), IUtils::clampToInt(static_cast<qint64>(nTime) - nPrevTime));
             array.replace(nLastEntry, joLast);
         }
 
@@ -319,7 +308,7 @@ void VTPlayback::appendPlaybacksData(QJsonArray& array, int nElementId, int nPla
         case StartKind:
             nRunStart = bReverse ? nD : 0;
             nEndPos = nRunEnd;
-            nRunLength = std::max(0, clampToInt(roundHalfUp(nD / std::abs(dFactor))));
+            nRunLength = std::max(0, IUtils::clampToInt(roundHalfUp(nD / std::abs(dFactor))));
             break;
         case PlayKind:
             if (bReverse)
@@ -408,7 +397,7 @@ bool VTPlayback::parse(const QJsonArray& array, QStringList* pProblems)
                 continue;
             }
             if (!VTJsonReader::isInt(time)) {
-                const int nTime = clampToInt(time.toDouble());
+                const int nTime = IUtils::clampToInt(time.toDouble());
                 lstProblems.append(tr("%1: the time %2 is not a whole number of milliseconds; %3 is used.")
                                        .arg(strContext)
                                        .arg(time.toDouble())
@@ -434,7 +423,7 @@ bool VTPlayback::parse(const QJsonArray& array, QStringList* pProblems)
         nEnd = static_cast<qint64>(pLast->getActionTime()) +
                std::max<qint64>(0, readDuration(pLast->getActionData()));
     }
-    setDuration(std::max(0, clampToInt(nEnd)));
+    setDuration(std::max(0, IUtils::clampToInt(nEnd)));
 
     if (pProblems)
         pProblems->append(lstProblems);

@@ -6,7 +6,10 @@
 #include <QSaveFile>
 #include <QStringList>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdlib>
+#include <limits>
 
 namespace {
 
@@ -30,6 +33,23 @@ bool isReservedDeviceName(const QString& baseName)
 }
 
 } // namespace
+
+int IUtils::clampToInt(double dValue)
+{
+    if (std::isnan(dValue))
+        return 0;
+    if (dValue >= std::numeric_limits<int>::max())
+        return std::numeric_limits<int>::max();
+    if (dValue <= std::numeric_limits<int>::min())
+        return std::numeric_limits<int>::min();
+    return static_cast<int>(dValue);
+}
+
+int IUtils::clampToInt(qint64 nValue)
+{
+    return static_cast<int>(
+        std::clamp<qint64>(nValue, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+}
 
 QString IUtils::genContainerId()
 {

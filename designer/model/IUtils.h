@@ -12,6 +12,11 @@ public:
     static QString getApplicationName() { return QStringLiteral("Vetra Studio"); }
     static QString getApplicationVersion() { return QStringLiteral("2.6.0"); }
 
+    // A number from a file or a computation brought into the range of int, truncated toward zero;
+    // not-a-number gives 0.
+    static int clampToInt(double dValue);
+    static int clampToInt(qint64 nValue);
+
     // Eight letters for the id of the exported container element. The first is never one of the
     // last ten capitals, which old players rejected as the start of an id.
     static QString genContainerId();

@@ -1,5 +1,6 @@
 #include "VTBreakpointManager.h"
 
+#include "IUtils.h"
 #include "VTJsonReader.h"
 
 #include <QJsonArray>
@@ -22,13 +23,6 @@ const QString s_strNextIdKey = QStringLiteral("nextId");
 constexpr int kDefaultWidths[] = {375, 667, 768, 1024, 1280};
 
 constexpr int kLastId = std::numeric_limits<int>::max();
-
-// Sizes are computed in 64 bits: values from a file may sit at the end of the int range, where a
-// sum or a margin would overflow.
-int clampToInt(qint64 nValue)
-{
-    return static_cast<int>(std::clamp<qint64>(nValue, std::numeric_limits<int>::min(), kLastId));
-}
 
 QJsonArray toJson(const VTBreakpointManager::EntryList& lstBreakpoints)
 {
@@ -237,11 +231,11 @@ int VTBreakpointManager::getBestSize(Direction direction, int nId, int nSize) co
     // The last range has no end: a size below it goes some way into it, and never below 300, so
     // that a small breakpoint still opens at a usable stage.
     if (range.second == -1)
-        return nSize < nStart ? clampToInt(std::max<qint64>(nStart + 100, 300)) : nSize;
+        return nSize < nStart ? IUtils::clampToInt(std::max<qint64>(nStart + 100, 300)) : nSize;
     const qint64 nEnd = range.second;
     if (nSize >= nStart && nSize <= nEnd - 1)
         return nSize;
-    return clampToInt(std::max<qint64>((nStart + nEnd) / 2, nEnd - 100));
+    return IUtils::clampToInt(std::max<qint64>((nStart + nEnd) / 2, nEnd - 100));
 }
 
 int VTBreakpointManager::validate(Direction direction, int nId, int nValue) const
@@ -254,7 +248,7 @@ int VTBreakpointManager::validate(Direction direction, int nId, int nValue) cons
     qint64 nResult = std::max<qint64>(nValue, nLowest);
     if (nIndex + 1 < lstBreakpoints.size())
         nResult = std::min<qint64>(nResult, qint64(lstBreakpoints.at(nIndex + 1).second) - 1);
-    return clampToInt(nResult);
+    return IUtils::clampToInt(nResult);
 }
 
 bool VTBreakpointManager::isSameBreakpoints(const VTBreakpointManager* pOther) const

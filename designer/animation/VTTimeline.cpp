@@ -147,7 +147,8 @@ void VTTimeline::updateState(QAbstractAnimation::State newState, QAbstractAnimat
 
 void VTTimeline::fireTriggers(int nFrom, int nTo)
 {
-    if (nTo <= nFrom)
+    // Called on every frame of playback: most timelines have no trigger to sort.
+    if (nTo <= nFrom || m_lstTriggers.isEmpty())
         return;
     for (VTEventListenerList* pTrigger : getTriggersSorted()) {
         const int nTime = firstActionTime(pTrigger);

@@ -3,6 +3,7 @@
 #include "VTCheckCommand.h"
 #include "VTCliApplication.h"
 #include "VTCliMessageBox.h"
+#include "VTExportCommand.h"
 #include "VTPackCommand.h"
 #include "VTResaveCommand.h"
 #include "VTUnpackCommand.h"
@@ -46,6 +47,7 @@ int main(int argc, char* argv[])
     cli.addCommand(std::make_unique<VTPackCommand>());
     cli.addCommand(std::make_unique<VTUnpackCommand>());
     cli.addCommand(std::make_unique<VTValuesCommand>());
+    cli.addCommand(std::make_unique<VTExportCommand>());
     const int nExitCode = cli.run(QCoreApplication::arguments().mid(1), out, err);
 
     out.flush();

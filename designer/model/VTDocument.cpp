@@ -4,6 +4,7 @@
 #include "IProjectDialogs.h"
 #include "IUtils.h"
 #include "VTBreakpointManager.h"
+#include "VTCommand.h"
 #include "VTFileLocker.h"
 #include "VTFunctionManager.h"
 #include "VTJsonReader.h"
@@ -22,6 +23,7 @@
 #include <QJsonDocument>
 #include <QSaveFile>
 #include <QScopeGuard>
+#include <QSignalBlocker>
 #include <QUndoStack>
 
 namespace {
@@ -59,6 +61,10 @@ VTDocument::VTDocument(QObject* parent)
 
 VTDocument::~VTDocument()
 {
+    // Commands own what they removed from the model; they go while the model they came from is
+    // still whole, and without telling views about a document that is going away.
+    const QSignalBlocker blocker(getUndoStack());
+    getUndoStack()->clear();
     VTLocationManager::getInstance()->clearHistoryLocation(this);
 }
 
@@ -305,7 +311,12 @@ void VTDocument::submitCommand(QUndoCommand* pCommand, bool bDirect)
     m_pCurrentCommand = pCommand;
     if (!pCommand)
         return;
-    prepareCommand(pCommand);
+    // The place the user works at is taken just before the first redo, so that undo and redo
+    // both lead back to it.
+    if (auto* pVTCommand = dynamic_cast<VTCommand*>(pCommand)) {
+        pVTCommand->changeCurrentSymbolUuidIfNeeded();
+        pVTCommand->genereateNavigationContext();
+    }
     if (getUndoStack()->isClean())
         setStatus(QString());
     getUndoStack()->push(pCommand);

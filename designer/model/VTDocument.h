@@ -150,6 +150,9 @@ public:
     void setCurrentSymbol(VTSymbol* pSymbol);
     QList<VTSymbol*> getEditingSymbolStack() const { return m_lstEditingSymbols; }
     void setEditingSymbolStack(const QList<VTSymbol*>& stack) { m_lstEditingSymbols = stack; }
+    // Font resources register with the application's font database, for the stage and the
+    // inspector; a command that restores or deletes resources registers them again.
+    virtual void regApplicationFont();
 
     virtual bool isPreloader() const { return false; }
     // Asks before a project of another format version is written in the current one.
@@ -201,9 +204,7 @@ protected:
     virtual bool closePreloader() { return m_preloaderLink.closePreloader(); }
     // Saves the custom preloader, loading it first if needed, into <newResourceFolder>/preloader.
     virtual bool savePreloaderTo(const QString& oldResourceFolder, const QString& newResourceFolder);
-    // Font resources register with the application's font database, for the stage and the
-    // inspector; only the fonts this project registered are removed again.
-    virtual void regApplicationFont();
+    // Only the fonts this project registered are removed again.
     virtual void removeApplicationFonts();
     // The preview server serves the resource folder; it follows a save under a new name.
     virtual void onResourceFolderMoved(const QString& oldFolder, const QString& newFolder)
@@ -211,8 +212,6 @@ protected:
         Q_UNUSED(oldFolder)
         Q_UNUSED(newFolder)
     }
-    // Last preparation of a command before it is pushed (navigation context later).
-    virtual void prepareCommand(QUndoCommand* pCommand) { Q_UNUSED(pCommand) }
 
 private:
     void resetToFileDefaults();

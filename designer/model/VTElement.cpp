@@ -3,6 +3,7 @@
 #include "VTBackground.h"
 #include "VTBorder.h"
 #include "VTElementPropertyFactory.h"
+#include "VTElementPropertyInfo.h"
 #include "VTElementReader.h"
 #include "VTJsonReader.h"
 
@@ -484,6 +485,32 @@ QMap<int, bool> VTElement::getInherits(const VTLayoutKey& key) const
 {
     const VTElementProperty* pBlock = getLayoutProperty(key);
     return pBlock ? pBlock->getInherits() : QMap<int, bool>();
+}
+
+QMap<int, bool> VTElement::addInherits(const QMap<int, bool>& mapInherits, const VTLayoutKey& key)
+{
+    QMap<int, bool> mapPrevious;
+    VTElementProperty* pBlock = getLayoutProperty(key);
+    if (!pBlock)
+        return mapPrevious;
+    for (auto it = mapInherits.cbegin(); it != mapInherits.cend(); ++it) {
+        // Numbers the block would not store have no state to give back either.
+        if (VTElementPropertyInfo::isValidProperty(it.key()))
+            mapPrevious.insert(it.key(), pBlock->isInherit(it.key()));
+    }
+    pBlock->addInherits(mapInherits);
+    return mapPrevious;
+}
+
+QMap<int, bool> VTElement::setInherits(const QMap<int, bool>& mapInherits, const VTLayoutKey& key)
+{
+    VTElementProperty* pBlock = getLayoutProperty(key);
+    if (!pBlock)
+        return QMap<int, bool>();
+    const QMap<int, bool> mapPrevious = pBlock->getInherits();
+    pBlock->setInherits(true);
+    pBlock->addInherits(mapInherits);
+    return mapPrevious;
 }
 
 // Geometry that the kinds may refine

@@ -507,6 +507,12 @@ public:
     void setInherit(int nProperty, bool bInherit, const VTLayoutKey& key = kCurrent);
     void setInherits(bool bInherit, const VTLayoutKey& key = kCurrent);
     QMap<int, bool> getInherits(const VTLayoutKey& key = kCurrent) const;
+    // Applies each entry as setInherit would and returns what those entries were before, so that
+    // applying the result undoes the call. Empty, changing nothing, without a block.
+    QMap<int, bool> addInherits(const QMap<int, bool>& mapInherits, const VTLayoutKey& key = kCurrent);
+    // Replaces the layout's whole map and returns the one it replaced. Empty, changing nothing,
+    // without a block.
+    QMap<int, bool> setInherits(const QMap<int, bool>& mapInherits, const VTLayoutKey& key = kCurrent);
 
     // Pixels. Positions are measured from the edges that the coordinate type names.
     double getComputedX(const VTLayoutKey& key = kCurrent) const

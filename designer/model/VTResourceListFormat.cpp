@@ -272,7 +272,7 @@ void VTResourceListFormat::serialize(const VTResourceManager& manager, QJsonArra
 }
 
 void VTResourceListFormat::serializeToExport(VTResourceManager& manager, QJsonArray& array, bool bPreview,
-                                             bool bStage)
+                                             bool bStage, const VTResource* pOnly)
 {
     QList<VTResource*> ordered;
     const QMap<int, VTResource*>& resources = manager.getIdResourceMap();
@@ -288,6 +288,16 @@ void VTResourceListFormat::serializeToExport(VTResourceManager& manager, QJsonAr
     for (VTResource* pResource : qAsConst(ordered)) {
         if (!bStage && pResource->isDeleted())
             continue;
+        if (pOnly && pResource != pOnly) {
+            // The used scripts and style sheets ahead of the one asked for still count.
+            if (bStage && pResource->getUsageCount() >= 1) {
+                if (pResource->getType() == VTResource::Script)
+                    ++nUsedScripts;
+                else if (pResource->getType() == VTResource::StyleSheet)
+                    ++nUsedStyleSheets;
+            }
+            continue;
+        }
         QJsonArray entry{pResource->getId(), static_cast<int>(pResource->getType()), pResource->getName()};
         switch (pResource->getType()) {
         case VTResource::Image:

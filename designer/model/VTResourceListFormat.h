@@ -4,6 +4,7 @@
 #include <QJsonArray>
 #include <QStringList>
 
+class VTResource;
 class VTResourceManager;
 
 // The two lists that describe a project's resources: the `resources` array of the project file,
@@ -20,7 +21,10 @@ public:
     static bool parse(VTResourceManager& manager, const QJsonArray& array, int nDocVersion,
                       QStringList* pProblems, bool* pbMissingFiles);
     static void serialize(const VTResourceManager& manager, QJsonArray& array);
-    static void serializeToExport(VTResourceManager& manager, QJsonArray& array, bool bPreview, bool bStage);
+    // With pOnly, the list holds that resource's entry alone (none when the flags skip it), with
+    // the position among the used scripts or style sheets that it has in the whole list.
+    static void serializeToExport(VTResourceManager& manager, QJsonArray& array, bool bPreview, bool bStage,
+                                  const VTResource* pOnly = nullptr);
 
     // Entries beyond this many are not read: no real project comes near it, and a hostile file
     // must not make the loader allocate without bound.

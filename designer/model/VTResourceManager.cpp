@@ -716,6 +716,13 @@ void VTResourceManager::serializeToExport(QJsonArray& array, bool bPreview, bool
     VTResourceListFormat::serializeToExport(*this, array, bPreview, bStage);
 }
 
+void VTResourceManager::serializeToExport(QJsonArray& array, const VTResource* pResource, bool bPreview,
+                                          bool bStage)
+{
+    if (pResource)
+        VTResourceListFormat::serializeToExport(*this, array, bPreview, bStage, pResource);
+}
+
 bool VTResourceManager::isTempResource(const QString& filePath) const
 {
     const QString folder = getResourceFolder();

@@ -101,6 +101,8 @@ public:
     bool parse(const QJsonArray& array, int nDocVersion, QStringList* pProblems, bool* pbMissingFiles);
     void serialize(QJsonArray& array) const;
     void serializeToExport(QJsonArray& array, bool bPreview, bool bStage);
+    // The same list with the entry of one resource alone, for the views that a change of it reaches.
+    void serializeToExport(QJsonArray& array, const VTResource* pResource, bool bPreview, bool bStage);
 
     // A file of an old project kept under its hashed name was copied to its plain name.
     void addMigratedFile(const QString& hashedName, const QString& plainName);

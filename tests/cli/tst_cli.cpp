@@ -71,6 +71,7 @@ private slots:
     void packThenUnpackGivesTheSameProject();
     void unpackRefusesHostilePackagesAndProjects();
     void valuesFollowTheSampleKeyframes();
+    void exportWritesThePlayerFolder();
     void commandLine();
 
 private:
@@ -497,6 +498,51 @@ void TestCli::valuesFollowTheSampleKeyframes()
     QCOMPARE(runVetra({"values", samplePath(), "--time", "-5"}).nExitCode, 2);
 }
 
+void TestCli::exportWritesThePlayerFolder()
+{
+    // A player folder as the studio ships it, with a stand-in script.
+    const QString player = QDir(m_dir.path()).filePath(QStringLiteral("player"));
+    const QString templates = QStringLiteral(VETRA_EXAMPLES_DIR "/../resources/canvas/player");
+    QVERIFY(QDir().mkpath(player));
+    for (const QString& name : {QStringLiteral("vtplayer.html"), QStringLiteral("vtplayer.css")})
+        QVERIFY(QFile::copy(templates + QLatin1Char('/') + name, player + QLatin1Char('/') + name));
+    QFile script(player + QStringLiteral("/vtplayer.js"));
+    QVERIFY(script.open(QIODevice::WriteOnly) && script.write("var KorvelVetra = {};\n") > 0);
+    script.close();
+
+    const QString out = QDir(m_dir.path()).filePath(QStringLiteral("exported"));
+    Result result =
+        runVetra({QStringLiteral("export"), samplePath(), out, QStringLiteral("--player"), player});
+    QCOMPARE(result.nExitCode, 0);
+    QVERIFY2(result.strErr.isEmpty(), qPrintable(result.strErr));
+    QCOMPARE(result.strOut.trimmed(), QDir::toNativeSeparators(out + QStringLiteral("/welcome.html")));
+    for (const QString& name :
+         {QStringLiteral("vtplayer.js"), QStringLiteral("welcome.js"), QStringLiteral("welcome.css"),
+          QStringLiteral("resources/logo.svg"), QStringLiteral("resources/clip.webm")})
+        QVERIFY2(QFileInfo::exists(out + QLatin1Char('/') + name), qPrintable(name));
+    const QString page = QString::fromUtf8(readBytes(out + QStringLiteral("/welcome.html")));
+    QVERIFY(page.contains(QStringLiteral("Vetra.openDoc('welcome.js', 'wlcmStag'")));
+
+    // An export never replaces an earlier one.
+    result = runVetra({QStringLiteral("export"), samplePath(), out, QStringLiteral("--player"), player});
+    QCOMPARE(result.nExitCode, 1);
+    QVERIFY(result.strErr.contains(QStringLiteral("is not an empty folder")));
+
+    // A failing export says why, and fails.
+    result = runVetra({QStringLiteral("export"), samplePath(), samplePath() + QStringLiteral("/out"),
+                       QStringLiteral("--player"), player});
+    QCOMPARE(result.nExitCode, 1);
+    QVERIFY(result.strErr.contains(QStringLiteral("Vetra Studio: Unable to export to HTML5.")));
+
+    QCOMPARE(runVetra({QStringLiteral("export"), samplePath()}).nExitCode, 2);
+    QCOMPARE(runVetra({QStringLiteral("export"), samplePath(), out, QStringLiteral("--player")}).nExitCode,
+             2);
+    result = runVetra({QStringLiteral("export"), samplePath(), out + QStringLiteral("2"),
+                       QStringLiteral("--player"), m_dir.path()});
+    QCOMPARE(result.nExitCode, 1);
+    QVERIFY(result.strErr.contains(QStringLiteral("is no player folder")));
+}
+
 void TestCli::commandLine()
 {
     Result result = runVetra({QStringLiteral("--version")});
@@ -509,7 +555,7 @@ void TestCli::commandLine()
     QVERIFY(result.strErr.isEmpty());
 
     for (const QStringList& arguments :
-         {QStringList(), QStringList{QStringLiteral("export")}, QStringList{QStringLiteral("check")},
+         {QStringList(), QStringList{QStringLiteral("publish")}, QStringList{QStringLiteral("check")},
           QStringList{QStringLiteral("check"), QStringLiteral("a"), QStringLiteral("b")}}) {
         result = runVetra(arguments);
         QCOMPARE(result.nExitCode, 2);
@@ -517,7 +563,7 @@ void TestCli::commandLine()
         QVERIFY(result.strOut.isEmpty());
     }
     QVERIFY(
-        runVetra({QStringLiteral("export")}).strErr.contains(QStringLiteral("unknown command \"export\"")));
+        runVetra({QStringLiteral("publish")}).strErr.contains(QStringLiteral("unknown command \"publish\"")));
 }
 
 QTEST_GUILESS_MAIN(TestCli)

@@ -20,6 +20,9 @@ const here = path.dirname(fileURLToPath(import.meta.url));
  * classic script (iife): module scripts do not load from file URLs.
  *
  * target: the oldest engine that runs the bundle. Qt WebEngine 5.15 is Chromium 87.
+ * minify: optional, false unless the row says so.
+ * mangleProps: optional, the property names that minifying may shorten. Only names that a bundle
+ *   keeps to itself may match: never a DOM name, a key of loaded data or a public API name.
  */
 const bundles = [
     {
@@ -28,9 +31,17 @@ const bundles = [
         format: 'iife',
         target: 'chrome87',
     },
-    // The exported player goes here: it runs in the audience's browsers, not in the studio, so it
-    // is built for target 'es2017' as one iife with no runtime dependency.
-    //
+    {
+        // The exported player runs in the audience's browsers, not in the studio: an older target,
+        // one iife with no runtime dependency, and small, as every export carries a copy.
+        entry: 'src/player/main.ts',
+        out: 'canvas/player/vtplayer.js',
+        format: 'iife',
+        target: 'es2017',
+        minify: true,
+        // Members private to the player's classes carry the prefix m_ or a trailing underscore.
+        mangleProps: /^m_|[^_]_$/,
+    },
     // The stage page of the editor goes here too (target 'chrome87', iife), once it exists.
 ];
 
@@ -68,7 +79,8 @@ async function buildAll(outdir) {
             platform: 'browser',
             format: bundle.format,
             target: bundle.target,
-            minify: false,
+            minify: bundle.minify === true,
+            mangleProps: bundle.mangleProps,
             sourcemap: false,
             legalComments: 'none',
             charset: 'utf8',

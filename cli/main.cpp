@@ -5,6 +5,7 @@
 #include "VTCliMessageBox.h"
 #include "VTExportCommand.h"
 #include "VTPackCommand.h"
+#include "VTPreviewCommand.h"
 #include "VTResaveCommand.h"
 #include "VTUnpackCommand.h"
 #include "VTValuesCommand.h"
@@ -48,6 +49,7 @@ int main(int argc, char* argv[])
     cli.addCommand(std::make_unique<VTUnpackCommand>());
     cli.addCommand(std::make_unique<VTValuesCommand>());
     cli.addCommand(std::make_unique<VTExportCommand>());
+    cli.addCommand(std::make_unique<VTPreviewCommand>());
     const int nExitCode = cli.run(QCoreApplication::arguments().mid(1), out, err);
 
     out.flush();

@@ -14,8 +14,10 @@
 #include "VTCanvasZoomControl.h"
 #include "VTDesignerFactory.h"
 #include "VTDocumentPanel.h"
+#include "VTEditor.h"
 #include "VTElementsPanel.h"
 #include "VTFunctionPanel.h"
+#include "VTHttpServer.h"
 #include "VTLocationManager.h"
 #include "VTProjectDialogs.h"
 #include "VTPropertiesTabsWidget.h"
@@ -106,8 +108,9 @@ bool VTDesignerPlugin::initialize(const QStringList&, QString*)
     m_pZoomControl->hide();
     pWindow->statusBar()->addPermanentWidget(m_pZoomControl);
 
-    for (QDockWidget* pDock : {spInspectorDockWidget, spScenesDockWidget, spResourcesWidget, spFunctionsWidget,
-                               spElementsWidget, spDocPropertiesWidget, spTimelineDockWidget, spBreakpointsWidget})
+    for (QDockWidget* pDock :
+         {spInspectorDockWidget, spScenesDockWidget, spResourcesWidget, spFunctionsWidget, spElementsWidget,
+          spDocPropertiesWidget, spTimelineDockWidget, spBreakpointsWidget})
         pDock->hide();
     if (pSettings) {
         pWindow->restoreState(pSettings->value(QLatin1String(kWindowState)).toByteArray());
@@ -137,12 +140,14 @@ void VTDesignerPlugin::initWelcomeScreen()
     m_pWelcomeBridge = new VTWelcomeBridge(pWindow);
     pWindow->getChannel()->registerObject(QStringLiteral("vtwelcome"), m_pWelcomeBridge);
 
-    QUrl url = QUrl::fromLocalFile(ICore::resourcePath() + QStringLiteral("/resources/welcome/vtwelcome.html"));
+    QUrl url =
+        QUrl::fromLocalFile(ICore::resourcePath() + QStringLiteral("/resources/welcome/vtwelcome.html"));
     QUrlQuery query;
     // The channel address carries the access token of this run.
     query.addQueryItem(QStringLiteral("webChannelBaseUrl"), pWindow->getWebChannelUrl().toString());
     QSettings* pSettings = ExtensionSystem::PluginManager::settings();
-    query.addQueryItem(QStringLiteral("lang"), pSettings ? pSettings->value(QLatin1String(kLanguage)).toString() : QString());
+    query.addQueryItem(QStringLiteral("lang"),
+                       pSettings ? pSettings->value(QLatin1String(kLanguage)).toString() : QString());
     url.setQuery(query);
     m_pWelcomeView->load(url);
     pWindow->setWelcomeWidget(m_pWelcomeView);
@@ -154,16 +159,26 @@ void VTDesignerPlugin::initActions()
     // The full catalogue of menus comes with the editor; the host's help entries work already.
     if (ContextAction* pCheck = ActionManager::getAction(QStringLiteral("Help.CheckUpdates"))) {
         pCheck->getAction()->setEnabled(true);
-        connect(pCheck->getAction(), &QAction::triggered, this, [this](bool bChecked) { checkUpdates(bChecked); });
+        connect(pCheck->getAction(), &QAction::triggered, this,
+                [this](bool bChecked) { checkUpdates(bChecked); });
     }
+    const auto connectPreview = [this](const QString& actionId, bool bCurrentSceneOnly) {
+        if (ContextAction* pPreview = ActionManager::getAction(actionId)) {
+            connect(pPreview->getAction(), &QAction::triggered, this, [bCurrentSceneOnly]() {
+                if (auto* pEditor = qobject_cast<VTEditor*>(EditorManager::activeEditor()))
+                    pEditor->previewProject(bCurrentSceneOnly);
+            });
+        }
+    };
+    connectPreview(QStringLiteral("File.Preview_Current_Scene_In_Browser"), true);
+    connectPreview(QStringLiteral("File.Preview_Project_In_Browser"), false);
 }
 
-void VTDesignerPlugin::initToolbars()
-{
-}
+void VTDesignerPlugin::initToolbars() {}
 
-QDockWidget* VTDesignerPlugin::addDock(const QString& title, const QString& objectName, const QString& actionId,
-                                       QWidget* pContent, Qt::DockWidgetArea area, const QString& context)
+QDockWidget* VTDesignerPlugin::addDock(const QString& title, const QString& objectName,
+                                       const QString& actionId, QWidget* pContent, Qt::DockWidgetArea area,
+                                       const QString& context)
 {
     MainWindow* pWindow = ICore::getMainWindow();
     auto* pDock = new QDockWidget(title, pWindow);
@@ -184,41 +199,43 @@ void VTDesignerPlugin::initDocks()
     MainWindow* pWindow = ICore::getMainWindow();
     pWindow->setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
 
-    spInspectorDockWidget = addDock(tr("Properties"), QStringLiteral("spInspectorDockWidget"),
-                                    QStringLiteral("View.Properties"), new VTPropertiesTabsWidget,
-                                    Qt::RightDockWidgetArea, QString());
+    spInspectorDockWidget =
+        addDock(tr("Properties"), QStringLiteral("spInspectorDockWidget"), QStringLiteral("View.Properties"),
+                new VTPropertiesTabsWidget, Qt::RightDockWidgetArea, QString());
     if (ActionContainer* pView = ActionManager::getActionContainer(QStringLiteral("MenuBar.View")))
         pView->addSeparator();
-    spScenesDockWidget = addDock(tr("Scenes"), QStringLiteral("spScenesDockWidget"), QStringLiteral("View.Scenes"),
-                                 new VTSceneThumbnailView, Qt::LeftDockWidgetArea, QStringLiteral("Scene"));
-    spDocPropertiesWidget = addDock(tr("Document"), QStringLiteral("spDocPropertiesWidget"),
-                                    QStringLiteral("View.Document"), new VTDocumentPanel, Qt::LeftDockWidgetArea,
-                                    QStringLiteral("Document"));
+    spScenesDockWidget =
+        addDock(tr("Scenes"), QStringLiteral("spScenesDockWidget"), QStringLiteral("View.Scenes"),
+                new VTSceneThumbnailView, Qt::LeftDockWidgetArea, QStringLiteral("Scene"));
+    spDocPropertiesWidget =
+        addDock(tr("Document"), QStringLiteral("spDocPropertiesWidget"), QStringLiteral("View.Document"),
+                new VTDocumentPanel, Qt::LeftDockWidgetArea, QStringLiteral("Document"));
     pWindow->tabifyDockWidget(spScenesDockWidget, spDocPropertiesWidget);
 
     auto* pTimeline = new VTTimelineWindow(nullptr, Qt::WindowCloseButtonHint);
-    spTimelineDockWidget = addDock(tr("Timeline"), QStringLiteral("spTimelineDockWidget"),
-                                   QStringLiteral("View.Timeline"), pTimeline, Qt::BottomDockWidgetArea,
-                                   QStringLiteral("Timeline"));
+    spTimelineDockWidget =
+        addDock(tr("Timeline"), QStringLiteral("spTimelineDockWidget"), QStringLiteral("View.Timeline"),
+                pTimeline, Qt::BottomDockWidgetArea, QStringLiteral("Timeline"));
     spTimelineDockWidget->setTitleBarWidget(new QWidget(spTimelineDockWidget));
     connect(spTimelineDockWidget, &QDockWidget::topLevelChanged, pTimeline->getCaptionPanel(),
             &VTTimelineCaptionPanel::topLevelChanged);
     connect(pTimeline->getCaptionPanel(), &VTTimelineCaptionPanel::closeRequested, spTimelineDockWidget,
             &QDockWidget::close);
 
-    spElementsWidget = addDock(tr("Elements"), QStringLiteral("spElementsWidget"), QStringLiteral("View.Elements"),
-                               new VTElementsPanel, Qt::RightDockWidgetArea, QStringLiteral("Element"));
-    spResourcesWidget = addDock(tr("Resources"), QStringLiteral("spResourcesWidget"),
-                                QStringLiteral("View.Resources"), new VTResourcePanel, Qt::RightDockWidgetArea,
-                                QString());
+    spElementsWidget =
+        addDock(tr("Elements"), QStringLiteral("spElementsWidget"), QStringLiteral("View.Elements"),
+                new VTElementsPanel, Qt::RightDockWidgetArea, QStringLiteral("Element"));
+    spResourcesWidget =
+        addDock(tr("Resources"), QStringLiteral("spResourcesWidget"), QStringLiteral("View.Resources"),
+                new VTResourcePanel, Qt::RightDockWidgetArea, QString());
     pWindow->tabifyDockWidget(spElementsWidget, spResourcesWidget);
-    spFunctionsWidget = addDock(tr("Functions"), QStringLiteral("spFunctionsWidget"),
-                                QStringLiteral("View.Functions"), new VTFunctionPanel, Qt::RightDockWidgetArea,
-                                QString());
+    spFunctionsWidget =
+        addDock(tr("Functions"), QStringLiteral("spFunctionsWidget"), QStringLiteral("View.Functions"),
+                new VTFunctionPanel, Qt::RightDockWidgetArea, QString());
     pWindow->tabifyDockWidget(spResourcesWidget, spFunctionsWidget);
-    spBreakpointsWidget = addDock(tr("Breakpoints"), QStringLiteral("spBreakpointsWidget"),
-                                  QStringLiteral("View.Breakpoints"), new VTBreakpointsPanel,
-                                  Qt::RightDockWidgetArea, QStringLiteral("Breakpoint"));
+    spBreakpointsWidget =
+        addDock(tr("Breakpoints"), QStringLiteral("spBreakpointsWidget"), QStringLiteral("View.Breakpoints"),
+                new VTBreakpointsPanel, Qt::RightDockWidgetArea, QStringLiteral("Breakpoint"));
     pWindow->tabifyDockWidget(spResourcesWidget, spBreakpointsWidget);
 }
 
@@ -239,6 +256,8 @@ bool VTDesignerPlugin::delayedInitialize()
 ExtensionSystem::IPlugin::ShutdownFlag VTDesignerPlugin::aboutToShutdown()
 {
     MainWindow* pWindow = ICore::getMainWindow();
+    // The preview server lives for the session; its open connections go with the plug-in.
+    VTHttpServer::destroyInstance();
     for (const QString& context : kContexts)
         ContextManager::unregisterContext(nullptr, context);
     if (spTimelineDockWidget)
@@ -251,9 +270,9 @@ ExtensionSystem::IPlugin::ShutdownFlag VTDesignerPlugin::aboutToShutdown()
         pSettings->setValue(QLatin1String(kEditingDocks), m_lstEditingDocks);
         pSettings->sync();
     }
-    for (QDockWidget** ppDock : {&spInspectorDockWidget, &spTimelineDockWidget, &spScenesDockWidget,
-                                 &spDocPropertiesWidget, &spElementsWidget, &spResourcesWidget, &spFunctionsWidget,
-                                 &spBreakpointsWidget}) {
+    for (QDockWidget** ppDock :
+         {&spInspectorDockWidget, &spTimelineDockWidget, &spScenesDockWidget, &spDocPropertiesWidget,
+          &spElementsWidget, &spResourcesWidget, &spFunctionsWidget, &spBreakpointsWidget}) {
         if (*ppDock) {
             pWindow->removeDockWidget(*ppDock);
             delete *ppDock;
@@ -304,14 +323,12 @@ void VTDesignerPlugin::updateEditorDeactivated(IEditor*)
     updateActionVisible(false);
 }
 
-void VTDesignerPlugin::updateActions()
-{
-}
+void VTDesignerPlugin::updateActions() {}
 
 void VTDesignerPlugin::updateActionVisible(bool bVisible)
 {
-    static const char* const kDockToggles[] = {"View.Scenes",   "View.Timeline",   "View.Resources",
-                                               "View.Functions", "View.Elements", "View.Properties",
+    static const char* const kDockToggles[] = {"View.Scenes",      "View.Timeline", "View.Resources",
+                                               "View.Functions",   "View.Elements", "View.Properties",
                                                "View.Breakpoints", "View.Document"};
     for (const char* id : kDockToggles) {
         if (ContextAction* pAction = ActionManager::getAction(QLatin1String(id)))

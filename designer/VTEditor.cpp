@@ -8,7 +8,9 @@
 #include "IUtils.h"
 #include "MainWindow.h"
 #include "VTDocument.h"
+#include "VTHttpServer.h"
 #include "VTMdiSubWindow.h"
+#include "VTPreview.h"
 #include "VTResourceManager.h"
 
 #include <QDir>
@@ -107,6 +109,9 @@ void VTEditor::onDocumentLoaded()
                                          .arg(pDocument->getElementCount())
                                          .arg(pDocument->getResourceManager()->getIdResourceMap().size()));
         showLoadProblems(pDocument);
+        // The preview page reaches the project's media one folder up, through the server.
+        m_strServedFolder = pDocument->getResourceFolderPath();
+        VTHttpServer::getInstance()->addAllowedDir(m_strServedFolder);
     }
 }
 
@@ -130,6 +135,21 @@ void VTEditor::showLoadProblems(VTDocument* pDocument)
 void VTEditor::onDocumentUnloaded()
 {
     m_pStagePlaceholder->clear();
+    if (!m_strServedFolder.isEmpty()) {
+        VTHttpServer::getInstance()->removeAllowedDir(m_strServedFolder);
+        m_strServedFolder.clear();
+    }
+}
+
+bool VTEditor::previewProject(bool bCurrentSceneOnly)
+{
+    VTDocument* pDocument = getVTDocument();
+    if (!pDocument) {
+        IMessageBox::instance()->warning(IUtils::getApplicationName(), tr("Unable to preview document."),
+                                         IMessageBox::Ok);
+        return false;
+    }
+    return VTPreview(pDocument).previewProject(bCurrentSceneOnly);
 }
 
 void VTEditor::updateDocumentTabName()

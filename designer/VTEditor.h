@@ -27,9 +27,14 @@ public slots:
     void onDocumentLoaded();
     void onDocumentUnloaded();
     void activateDocumentTab();
+    // Writes the preview of the project (or of its current scene) and opens it in the browser
+    // through the process-wide preview server.
+    bool previewProject(bool bCurrentSceneOnly);
 
 private:
     void showLoadProblems(VTDocument* pDocument);
     QPointer<VTMdiSubWindow> m_pSubWindow;
     QLabel* m_pStagePlaceholder = nullptr;
+    // The resource folder this editor lets the preview server answer for.
+    QString m_strServedFolder;
 };

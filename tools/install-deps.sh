@@ -9,7 +9,7 @@ packages=(
     libqt5websockets5-dev libqt5webchannel5-dev libqt5svg5-dev
     libquazip1-qt5-dev
     xvfb xauth fonts-dejavu-core
-    chromium
+    chromium curl
 )
 # Node.js may come from elsewhere than Debian; only install Debian's when there is none.
 command -v node >/dev/null 2>&1 || packages+=(nodejs)

@@ -220,7 +220,8 @@ void VTKeyframeActions::removeKeyValue(VTCommandAction& action, bool bRemove)
         const int nTime = pKey->getTime();
         const int nIndex = action.getParam(4)->getAsInt();
         const QList<VTKeyValue*>& lstBefore = pKeyframe->getKeyValues();
-        const bool bBehind = nIndex > 0 && nIndex <= lstBefore.size() && lstBefore.at(nIndex - 1)->getTime() == nTime;
+        const bool bBehind =
+            nIndex > 0 && nIndex <= lstBefore.size() && lstBefore.at(nIndex - 1)->getTime() == nTime;
         if (bBehind)
             pKey->setTime(nTime + 1);
         pKeyframe->addKeyValue(pKey, static_cast<QEasingCurve::Type>(action.getParam(2)->getAsInt()),
@@ -232,10 +233,10 @@ void VTKeyframeActions::removeKeyValue(VTCommandAction& action, bool bRemove)
         // whose keys need not differ): the segment that comes back for it gets its flag back.
         const QList<VTKeyValue*>& lstKeys = pKeyframe->getKeyValues();
         const auto segments = pKeyframe->getAdjacentSegments(pKey);
-        VTKeyframeSegment* pBack = lstKeys.size() < 2 ? nullptr
+        VTKeyframeSegment* pBack = lstKeys.size() < 2       ? nullptr
                                    : lstKeys.last() == pKey ? segments.first
                                                             : segments.second;
-        if (false) {
+        if (pBack && pBack->hasTransition() != bTransition) {
             pBack->setTransition(bTransition);
             pBack->updateAnimation();
         }

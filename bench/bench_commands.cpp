@@ -4,10 +4,7 @@
 // time of the first run (the push), of an undo and of a redo of everything, best of the rounds,
 // against a target of 50 ms for each undo and redo.
 //
-// Each undo and redo compares the scene's selection with the one the command was made in, so their
-// time grows with the number of elements as well.
-//
-// Usage: bench_commands [ACTIONS] [ROUNDS] [ELEMENTS]   (defaults 10000, 5 and 2000)
+// Usage: bench_commands [ACTIONS] [ROUNDS]   (defaults 10000 and 5)
 #include "AgreeingMessageBox.h"
 #include "IMessageBox.h"
 #include "VTCommand.h"
@@ -29,6 +26,7 @@
 
 namespace {
 
+constexpr int kElements = 2000;
 constexpr int kSelected = 10;
 constexpr double kTargetMs = 50.0;
 
@@ -77,16 +75,16 @@ VTElementCommandAction* elementAction(VTDocument* pDocument, VTElement* pElement
 
 struct Project
 {
-    explicit Project(int nElements)
+    Project()
     {
         auto* pScene = new VTScene();
         pScene->initDefault();
         pScene->setSelected(true);
         document.getSceneManager()->addScene(pScene);
-        for (int i = 0; i < nElements; ++i) {
+        for (int i = 0; i < kElements; ++i) {
             VTElement* pElement = VTElementFactory::createElement(VT::DivElement);
             pScene->addElement(pElement, -1, nullptr);
-            pElement->setSelected(i % qMax(1, nElements / kSelected) == 0);
+            pElement->setSelected(i % (kElements / kSelected) == 0);
             lstElements.append(pElement);
         }
         // The views: each record is looked at, as the canvas and the panels do.
@@ -132,33 +130,32 @@ int main(int argc, char* argv[])
     IMessageBox::setInstance(&box);
     const int nActions = argc > 1 ? std::max(1, atoi(argv[1])) : 10000;
     const int nRounds = argc > 2 ? std::max(1, atoi(argv[2])) : 5;
-    const int nElements = argc > 3 ? std::max(1, atoi(argv[3])) : 2000;
     QTextStream out(stdout);
 
     Times oneCommand;
     Times manyCommands;
     for (int nRound = 0; nRound < nRounds; ++nRound) {
         {
-            Project project(nElements);
+            Project project;
             QUndoStack* pStack = project.document.getUndoStack();
             auto* pCommand = new VTCommand(&project.document, QStringLiteral("many actions"));
             for (int i = 0; i < nActions; ++i)
                 pCommand->addAction(
-                    elementAction(&project.document, project.lstElements.at(i % nElements), i));
+                    elementAction(&project.document, project.lstElements.at(i % kElements), i));
             oneCommand.dPush =
                 std::min(oneCommand.dPush, msOf([&] { project.document.submitCommand(pCommand); }));
             oneCommand.dUndo = std::min(oneCommand.dUndo, msOf([&] { pStack->undo(); }));
             oneCommand.dRedo = std::min(oneCommand.dRedo, msOf([&] { pStack->redo(); }));
         }
         {
-            Project project(nElements);
+            Project project;
             QUndoStack* pStack = project.document.getUndoStack();
             manyCommands.dPush = std::min(
                 manyCommands.dPush, msOf([&] {
                     for (int i = 0; i < nActions; ++i) {
                         auto* pCommand = new VTCommand(&project.document, QStringLiteral("one action"));
                         pCommand->addAction(
-                            elementAction(&project.document, project.lstElements.at(i % nElements), i));
+                            elementAction(&project.document, project.lstElements.at(i % kElements), i));
                         project.document.submitCommand(pCommand);
                     }
                 }));
@@ -167,7 +164,7 @@ int main(int argc, char* argv[])
                 std::min(manyCommands.dRedo, msOf([&] { pStack->setIndex(pStack->count()); }));
         }
     }
-    out << "best of " << nRounds << " rounds, " << nElements << " elements, " << kSelected << " selected\n";
+    out << "best of " << nRounds << " rounds, " << kElements << " elements, " << kSelected << " selected\n";
     report(out, QStringLiteral("one command of %1 element actions").arg(nActions), oneCommand);
     report(out, QStringLiteral("%1 commands of one element action").arg(nActions), manyCommands);
     return 0;

@@ -220,8 +220,7 @@ void VTKeyframeActions::removeKeyValue(VTCommandAction& action, bool bRemove)
         const int nTime = pKey->getTime();
         const int nIndex = action.getParam(4)->getAsInt();
         const QList<VTKeyValue*>& lstBefore = pKeyframe->getKeyValues();
-        const bool bBehind =
-            nIndex > 0 && nIndex <= lstBefore.size() && lstBefore.at(nIndex - 1)->getTime() == nTime;
+        const bool bBehind = nIndex > 0 && nIndex <= lstBefore.size() && lstBefore.at(nIndex - 1)->getTime() == nTime;
         if (bBehind)
             pKey->setTime(nTime + 1);
         pKeyframe->addKeyValue(pKey, static_cast<QEasingCurve::Type>(action.getParam(2)->getAsInt()),
@@ -233,10 +232,10 @@ void VTKeyframeActions::removeKeyValue(VTCommandAction& action, bool bRemove)
         // whose keys need not differ): the segment that comes back for it gets its flag back.
         const QList<VTKeyValue*>& lstKeys = pKeyframe->getKeyValues();
         const auto segments = pKeyframe->getAdjacentSegments(pKey);
-        VTKeyframeSegment* pBack = lstKeys.size() < 2       ? nullptr
+        VTKeyframeSegment* pBack = lstKeys.size() < 2 ? nullptr
                                    : lstKeys.last() == pKey ? segments.first
                                                             : segments.second;
-        if (pBack && pBack->hasTransition() != bTransition) {
+        if (false) {
             pBack->setTransition(bTransition);
             pBack->updateAnimation();
         }

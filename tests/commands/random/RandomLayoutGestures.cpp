@@ -22,9 +22,6 @@ using Id = VTCommandAction::ActionId;
 using ElementId = VTElementCommandAction::ElementActionId;
 using Direction = VTBreakpointManager::Direction;
 
-// Breakpoints per direction, the base value 0 included.
-constexpr int kMaxBreakpoints = 3;
-
 VTBreakpointManager* breakpoints(const RandomCommandContext& context)
 {
     VTSymbol* pSymbol = context.getSymbol();
@@ -40,15 +37,12 @@ QList<VTLayoutKey> otherThanBase(const RandomCommandContext& context)
 
 VTCommand* addBreakpoint(RandomCommandContext& context)
 {
-    VTBreakpointManager* pManager = breakpoints(context);
+    if (!breakpoints(context))
+        return nullptr;
+    VTCommand* pCommand = context.newCommand(QStringLiteral("add breakpoint"));
     // One draw per statement: the order in which arguments are worked out is the compiler's.
     const int nDirection = context.intIn(Direction::Horizontal, Direction::Vertical);
     const int nValue = context.intIn(2, 28) * 50;
-    // Every element holds a block per layout, one per pair of breakpoints: a few in each direction
-    // keep the project small enough to compare after every step.
-    if (!pManager || pManager->getBreakpoints(static_cast<Direction>(nDirection)).size() >= kMaxBreakpoints)
-        return nullptr;
-    VTCommand* pCommand = context.newCommand(QStringLiteral("add breakpoint"));
     pCommand->createActionsToAddBreakpoint(nDirection, nValue);
     return pCommand;
 }

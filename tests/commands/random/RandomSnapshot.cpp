@@ -210,24 +210,6 @@ void forEachScene(QJsonObject& project, const std::function<void(QJsonObject&, c
     }
 }
 
-// The same walk that only reads.
-void forEachScene(const QJsonObject& project,
-                  const std::function<void(const QJsonObject&, const QString&)>& fnVisit)
-{
-    const auto visitScenes = [&fnVisit](const QJsonObject& owner, const QString& name) {
-        for (const QJsonValue& scene : owner.value(QLatin1String("scenes")).toArray())
-            fnVisit(scene.toObject(),
-                    name + '/' + QString::number(scene.toObject().value(QLatin1String("id")).toInt()));
-    };
-    visitScenes(project.value(QLatin1String("document")).toObject(), QStringLiteral("document"));
-    const QJsonObject symbols = project.value(QLatin1String("symbols of resources")).toObject();
-    for (auto it = symbols.begin(); it != symbols.end(); ++it)
-        visitScenes(it.value().toObject(), it.key());
-    visitScenes(
-        project.value(QLatin1String("preloader")).toObject().value(QLatin1String("document")).toObject(),
-        QStringLiteral("preloader"));
-}
-
 QString keyOf(const QString& scene, int nElement, int nProperty)
 {
     return QStringLiteral("%1/%2/%3").arg(scene).arg(nElement).arg(nProperty);
@@ -439,7 +421,8 @@ QString RandomSnapshot::animatedKey(const VTDocument& document, const VTElement*
 RandomSnapshot::Animated RandomSnapshot::animated(const QJsonObject& snapshot)
 {
     Animated setAnimated;
-    forEachScene(snapshot, [&setAnimated](const QJsonObject& scene, const QString& name) {
+    QJsonObject project = snapshot;
+    forEachScene(project, [&setAnimated](QJsonObject& scene, const QString& name) {
         const QJsonArray timelines =
             scene.value(QLatin1String("timelines")).toObject().value(QLatin1String("timelines")).toArray();
         for (const QJsonValue& timeline : timelines) {

@@ -670,9 +670,7 @@ void VTKeyframeBuilder::createActionsToSaveCurrentElementPropValue(VTCommand& co
     if (!pElement || property > VT::PropPerspectiveOriginZ || property == VT::PropPlayback || key.isCurrent())
         return;
     const QVariant value = VTBuilderSupport::readBoundValue(pElement, property, key);
-    // Only a missing value is no value: Qt 5 calls a point at the origin "null", and that is where
-    // an element's translation, the value of a motion path, most often stands.
-    if (!value.isValid())
+    if (!value.isValid() || value.isNull())
         return;
     // The value was changed before the command exists; undo puts the old one back.
     auto* pAction = new VTElementCommandAction(Id::SetPropertyValue, command.getDocument(), 4, true);

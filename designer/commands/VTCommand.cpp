@@ -18,6 +18,7 @@
 #include "VTTimelineManager.h"
 #include "VTUpdateViewInfo.h"
 
+#include <QSet>
 #include <QSignalBlocker>
 #include <QUuid>
 
@@ -281,6 +282,18 @@ void VTCommand::restoreNavigationContext(VTUpdateViewInfo& info)
         info.setParams(nullptr);
     };
 
+    // What the command's own selection actions (scene, current timeline, element) change stays
+    // theirs to change: they swap, so each needs the state its previous run left, and putting the
+    // state from before the command back first would hand an undo the old state for its new one.
+    QSet<const void*> setOwnTargets;
+    for (const VTCommandAction* pAction : qAsConst(m_lstActions)) {
+        const int nId = pAction->getId();
+        if ((nId == VTCommandAction::SelectScene || nId == VTCommandAction::SetCurrentTimeline ||
+             nId == VTCommandAction::SelectElement) &&
+            pAction->getParam(0))
+            setOwnTargets.insert(pAction->getParam(0)->getObject());
+    }
+
     if (m_pDocument->getEditingSymbolStack() != m_lstSymbols) {
         m_pDocument->setEditingSymbolStack(m_lstSymbols);
         info.setId(VTCommandAction::EditingSymbolChanged);
@@ -293,7 +306,7 @@ void VTCommand::restoreNavigationContext(VTUpdateViewInfo& info)
     const QList<VTScene*> lstScenes = pScenes->getScenes();
     for (VTScene* pScene : lstScenes) {
         const bool bStored = m_lstScenes.contains(pScene);
-        if (pScene->isSelected() == bStored)
+        if (pScene->isSelected() == bStored || setOwnTargets.contains(pScene))
             continue;
         VTCommandAction action(VTCommandAction::SelectScene, m_pDocument, 2);
         action.addParam(pScene);
@@ -307,7 +320,8 @@ void VTCommand::restoreNavigationContext(VTUpdateViewInfo& info)
             continue;
         VTTimelineManager* pManager = pScene->getTimelineManager();
         // A timeline that this command or a later one removed is not in the scene to be made current.
-        if (pManager->getCurrentTimeline() == pTimeline || !pManager->getTimelines().contains(pTimeline))
+        if (pManager->getCurrentTimeline() == pTimeline || !pManager->getTimelines().contains(pTimeline) ||
+            setOwnTargets.contains(pManager))
             continue;
         VTCommandAction action(VTCommandAction::SetCurrentTimeline, m_pDocument, 2);
         action.addParam(pManager);
@@ -315,15 +329,18 @@ void VTCommand::restoreNavigationContext(VTUpdateViewInfo& info)
         runStep(action);
     }
 
+    // The stored selection is that of the scene that was current when the command was made (the
+    // first of the selected scenes); while another scene is current, for one that this command or a
+    // later one removed, that scene's selection is not the command's to change.
     const VTScene* pCurrent = pScenes->getCurrentScene();
-    if (!pCurrent)
+    if (!pCurrent || pCurrent != m_lstScenes.value(0, nullptr))
         return;
     QList<VTElement*> lstSelected;
     collectSelectedElements(pCurrent, lstSelected);
     if (lstSelected == m_lstElements)
         return;
     for (VTElement* pElement : qAsConst(lstSelected)) {
-        if (m_lstElements.contains(pElement))
+        if (m_lstElements.contains(pElement) || setOwnTargets.contains(pElement))
             continue;
         VTCommandAction action(VTCommandAction::SelectElement, m_pDocument, 2);
         action.addParam(pElement);
@@ -333,7 +350,7 @@ void VTCommand::restoreNavigationContext(VTUpdateViewInfo& info)
     for (VTElement* pElement : qAsConst(m_lstElements)) {
         // An element that sits in another scene now is not the user's to select here.
         const VTElement* pScene = pElement->getScene();
-        if (pElement->isSelected() || (pScene && pScene != pCurrent))
+        if (pElement->isSelected() || (pScene && pScene != pCurrent) || setOwnTargets.contains(pElement))
             continue;
         VTCommandAction action(VTCommandAction::SelectElement, m_pDocument, 2);
         action.addParam(pElement);

@@ -92,10 +92,10 @@ void VTDeleteBuilder::createActionsForDeleteAnimationGroup(VTCommand& command, V
 {
     if (!pElement || !pTimeline)
         return;
-    if (pElement->getType() == VT::GroupElement) {
-        for (VTElement* pChild : pElement->getChildren())
-            createActionsForDeleteAnimationGroup(command, pChild, pTimeline);
-    }
+    // Every element that holds others takes their animations along, a div as much as a group: an
+    // animation left behind would animate an element that is no longer in the scene.
+    for (VTElement* pChild : pElement->getChildren())
+        createActionsForDeleteAnimationGroup(command, pChild, pTimeline);
     for (const VTLayoutKey& key : allLayouts(VTBuilderSupport::currentBreakpoints(command)))
         createActionsForDeleteAnimation(command, pTimeline->getAnimation(pElement, key), pTimeline, key);
 }

@@ -670,7 +670,9 @@ void VTKeyframeBuilder::createActionsToSaveCurrentElementPropValue(VTCommand& co
     if (!pElement || property > VT::PropPerspectiveOriginZ || property == VT::PropPlayback || key.isCurrent())
         return;
     const QVariant value = VTBuilderSupport::readBoundValue(pElement, property, key);
-    if (!value.isValid() || value.isNull())
+    // Only a missing value is no value: Qt 5 calls a point at the origin "null", and that is where
+    // an element's translation, the value of a motion path, most often stands.
+    if (!value.isValid())
         return;
     // The value was changed before the command exists; undo puts the old one back.
     auto* pAction = new VTElementCommandAction(Id::SetPropertyValue, command.getDocument(), 4, true);

@@ -104,12 +104,13 @@ void VTSelectionBuilder::createActionForDeselectAllSceneButCurrent(VTCommand& co
     for (VTScene* pScene : lstSelected) {
         if (pScene == pCurrent)
             continue;
-        // The scene is deselected now; the navigation context of the command puts the scene
-        // selection back on undo, so the action only has to tell the views.
+        // The scene is deselected now, so the first redo only tells the views. The action swaps:
+        // it holds the state that its undo writes back, as it would after a redo of its own. (The
+        // navigation context cannot give it back: it is taken at submission, after this change.)
         pScene->setSelected(false);
         auto* pAction = new VTCommandAction(VTCommandAction::SelectScene, command.getDocument(), 2, true);
         pAction->addParam(pScene, false);
-        pAction->addParam(false);
+        pAction->addParam(true);
         command.addAction(pAction);
     }
 }

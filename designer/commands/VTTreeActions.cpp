@@ -28,7 +28,10 @@ int putElement(VTCommandAction& action, bool bAsAddAction)
     if (bAsAddAction && action.paramCount() == 3) {
         pElement->setSelected(true);
         nAdded = pScene->addElement(pElement, nIndex, nullptr);
-        pScene->updateLockAndVisibility();
+        // The new element takes the scene's lock and visibility. A pass over the whole scene would
+        // also hide or lock other elements shown under a hidden parent, and nothing in the command
+        // would give that back on undo.
+        pElement->updateLockAndVisibility();
     } else {
         VTElement* pParent = action.paramCount() == 4 ? action.getParam(3)->getAsElement() : nullptr;
         nAdded = pScene->addElement(pElement, nIndex, pParent);

@@ -495,7 +495,9 @@ void TestActions::keyValueActions()
     remove.addParam(k2, false);
     remove.redo();
     QCOMPARE(keyTimes(*pKeyframe), (QList<int>{0, 2000}));
-    QCOMPARE(remove.paramCount(), 4);
+    // Curve, flag and the place the key had.
+    QCOMPARE(remove.paramCount(), 5);
+    QCOMPARE(remove.getParam(4)->getAsInt(), 1);
     QCOMPARE(remove.getParam(2)->getAsInt(), static_cast<int>(QEasingCurve::OutBounce));
     QCOMPARE(remove.getParam(3)->getAsBool(), false);
     QVERIFY(remove.getParam(1)->isOwned());

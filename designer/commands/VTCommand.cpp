@@ -26,14 +26,35 @@
 
 namespace {
 
-// Every selected element of the tree below pParent, whatever the selection of its ancestors.
-void collectSelectedElements(const VTElement* pParent, QList<VTElement*>& lstSelected)
+void walkSelectedElements(const VTElement* pParent, QList<VTElement*>& lstSelected)
 {
     for (VTElement* pChild : pParent->getChildren()) {
         if (pChild->isSelected())
             lstSelected.append(pChild);
-        collectSelectedElements(pChild, lstSelected);
+        walkSelectedElements(pChild, lstSelected);
     }
+}
+
+// Every selected element of the tree below pParent, whatever the selection of its ancestors.
+// Undoing a long run of commands asks this of the same scene once per command, and nothing in
+// between changes a tree unless an action ran, so the last walk is kept while no element anywhere
+// has changed its selection or its place.
+void collectSelectedElements(const VTElement* pParent, QList<VTElement*>& lstSelected)
+{
+    struct LastWalk
+    {
+        const VTElement* pRoot = nullptr;
+        quint64 nEpoch = 0;
+        QList<VTElement*> lstSelected;
+    };
+    static LastWalk last;
+    if (last.pRoot != pParent || last.nEpoch != VTElement::getTreeEpoch()) {
+        last.lstSelected.clear();
+        walkSelectedElements(pParent, last.lstSelected);
+        last.pRoot = pParent;
+        last.nEpoch = VTElement::getTreeEpoch();
+    }
+    lstSelected += last.lstSelected;
 }
 
 VTSceneManager* currentSceneManager(VTDocument* pDocument)

@@ -8,8 +8,8 @@
 #include "VTJsonReader.h"
 
 #include <QJsonArray>
-#include <QSet>
 #include <QJsonObject>
+#include <QSet>
 
 #include <functional>
 #include <limits>
@@ -50,8 +50,11 @@ VTElement::VTElement(const VTElement& other)
         VTElement::addChild(pChild->clone());
 }
 
+std::atomic<quint64> VTElement::s_nTreeEpoch{0};
+
 VTElement::~VTElement()
 {
+    s_nTreeEpoch.fetch_add(1, std::memory_order_relaxed);
     // The children go with the QObject destructor, after this element's members; they must not
     // reach back into a list that is gone by then.
     for (VTElement* pChild : qAsConst(m_lstChildren))
@@ -309,6 +312,7 @@ int VTElement::addChild(VTElement* pChild, int nIndex)
     } else {
         m_lstChildren.insert(nIndex, pChild);
     }
+    s_nTreeEpoch.fetch_add(1, std::memory_order_relaxed);
     pChild->QObject::setParent(this);
     pChild->setParent(this);
     pChild->setCurrentLayoutID(m_currentLayoutId);
@@ -322,6 +326,7 @@ int VTElement::detachChild(VTElement* pChild)
     const int nIndex = m_lstChildren.indexOf(pChild);
     if (nIndex >= 0)
         m_lstChildren.removeAt(nIndex);
+    s_nTreeEpoch.fetch_add(1, std::memory_order_relaxed);
     pChild->setParent(nullptr);
     if (pChild->QObject::parent() == this)
         pChild->QObject::setParent(nullptr);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+
 #include "VTElementGeometry.h"
 #include "VTElementProperty.h"
 #include "VTEventListenerList.h"
@@ -205,7 +207,16 @@ public:
     // is done one element at a time.
     void updateLockAndVisibility();
     bool isSelected() const { return m_bSelected; }
-    void setSelected(bool bSelected) { m_bSelected = bSelected; }
+    void setSelected(bool bSelected)
+    {
+        if (m_bSelected != bSelected)
+            s_nTreeEpoch.fetch_add(1, std::memory_order_relaxed);
+        m_bSelected = bSelected;
+    }
+    // Changes whenever any element anywhere is selected, deselected, inserted, taken out, made or
+    // destroyed: an unchanged value means every tree and its selection are as they were, so a
+    // walk over a tree may be answered from the last one.
+    static quint64 getTreeEpoch() { return s_nTreeEpoch.load(std::memory_order_relaxed); }
     bool isAspectRatioLocked() const { return m_bAspectRatioLocked; }
     void setLockAspectRatio(bool bLocked) { m_bAspectRatioLocked = bLocked; }
     bool isExpandedKeyframe() const { return m_bExpandedKeyframe; }
@@ -723,6 +734,8 @@ private:
     bool m_bVisible = true;
     bool m_bLocked = false;
     bool m_bSelected = false;
+    // Projects load on worker threads too.
+    static std::atomic<quint64> s_nTreeEpoch;
     bool m_bAspectRatioLocked = false;
     bool m_bExpandedKeyframe = true;
     bool m_bExpandedTimeline = true;

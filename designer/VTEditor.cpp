@@ -7,20 +7,23 @@
 #include "IMessageBox.h"
 #include "IUtils.h"
 #include "MainWindow.h"
+#include "VTCanvas.h"
 #include "VTDocument.h"
 #include "VTHttpServer.h"
 #include "VTMdiSubWindow.h"
 #include "VTPreview.h"
-#include "VTResourceManager.h"
+#include "VTUpdateViewInfo.h"
 
+#include <QDebug>
 #include <QDir>
-#include <QLabel>
 #include <QMdiArea>
 #include <QTabBar>
 #include <QTimer>
 #include <QUndoGroup>
 #include <QUndoStack>
 #include <QVBoxLayout>
+#include <QWebEnginePage>
+#include <QWebEngineSettings>
 
 VTEditor::VTEditor()
 {
@@ -31,11 +34,9 @@ VTEditor::VTEditor()
     auto* pLayout = new QVBoxLayout(pContent);
     pLayout->setContentsMargins(0, 0, 0, 0);
     pLayout->setSpacing(0);
-    // The stage view takes this place once the canvas exists; until then the tab shows what
-    // is open.
-    m_pStagePlaceholder = new QLabel(pContent);
-    m_pStagePlaceholder->setAlignment(Qt::AlignCenter);
-    pLayout->addWidget(m_pStagePlaceholder, 1);
+    m_pCanvas = new VTCanvas(this, pContent);
+    pLayout->addWidget(m_pCanvas, 1);
+    loadCanvasPage();
     m_pSubWindow->setWidget(pContent);
     if (pWindow)
         pWindow->getMdiArea()->addSubWindow(m_pSubWindow);
@@ -45,6 +46,7 @@ VTEditor::VTEditor()
 
     connect(this, &IEditor::documentLoaded, this, &VTEditor::onDocumentLoaded);
     connect(this, &IEditor::documentUnloading, this, &VTEditor::onDocumentUnloaded);
+    connect(this, &IEditor::documentDataChanged, this, &VTEditor::onDocumentDataChanged);
     connect(this, &IEditor::documentTitleChanged, this, &VTEditor::updateDocumentTabName);
     connect(this, &IEditor::aboutToActivate, this, &VTEditor::activateDocumentTab);
     connect(this, &IEditor::documentModifyChanged, this, &VTEditor::onDocumentModifyChanged);
@@ -57,6 +59,18 @@ VTEditor::~VTEditor()
         ContextManager::unregisterContext(m_pSubWindow, QStringLiteral("Canvas"));
         m_pSubWindow->forceClose();
     }
+}
+
+void VTEditor::loadCanvasPage()
+{
+    MainWindow* pWindow = ICore::getMainWindow();
+    // The channel address carries the access token of this run.
+    const QUrl url =
+        VTCanvas::getPageUrl(ICore::resourcePath(), pWindow ? pWindow->getWebChannelUrl() : QUrl());
+    qDebug() << "Canvas WebView URL: " << url.toString(QUrl::RemoveQuery);
+    m_pCanvas->load(url);
+    m_pCanvas->onPageLoaded();
+    m_pCanvas->page()->settings()->setAttribute(QWebEngineSettings::JavascriptCanAccessClipboard, true);
 }
 
 VTDocument* VTEditor::getVTDocument() const
@@ -80,6 +94,7 @@ void VTEditor::selfActivate()
     }
     connect(this, &IEditor::aboutToActivate, this, &VTEditor::activateDocumentTab);
     updateDocumentTabName();
+    m_pCanvas->updateActions();
 }
 
 void VTEditor::activateDocumentTab()
@@ -100,14 +115,8 @@ void VTEditor::onDocumentModifyChanged(bool)
 void VTEditor::onDocumentLoaded()
 {
     updateDocumentTabName();
+    m_pCanvas->handleDocumentLoaded();
     if (VTDocument* pDocument = getVTDocument()) {
-        m_pStagePlaceholder->setText(tr("%1\n%2 × %3 px\n%4 scenes, %5 elements, %6 resources")
-                                         .arg(pDocument->getName())
-                                         .arg(pDocument->getWidth())
-                                         .arg(pDocument->getHeight())
-                                         .arg(pDocument->getSceneCount())
-                                         .arg(pDocument->getElementCount())
-                                         .arg(pDocument->getResourceManager()->getIdResourceMap().size()));
         showLoadProblems(pDocument);
         // The preview page reaches the project's media one folder up, through the server.
         m_strServedFolder = pDocument->getResourceFolderPath();
@@ -132,9 +141,14 @@ void VTEditor::showLoadProblems(VTDocument* pDocument)
     });
 }
 
+void VTEditor::onDocumentDataChanged(QObject* pInfo)
+{
+    m_pCanvas->handleDocumentChanged(qobject_cast<VTUpdateViewInfo*>(pInfo));
+}
+
 void VTEditor::onDocumentUnloaded()
 {
-    m_pStagePlaceholder->clear();
+    m_pCanvas->handleDocumentClosing();
     if (!m_strServedFolder.isEmpty()) {
         VTHttpServer::getInstance()->removeAllowedDir(m_strServedFolder);
         m_strServedFolder.clear();

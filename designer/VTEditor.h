@@ -4,7 +4,7 @@
 
 #include <QPointer>
 
-class QLabel;
+class VTCanvas;
 class VTDocument;
 #include "VTMdiSubWindow.h"
 
@@ -18,6 +18,7 @@ public:
 
     VTDocument* getVTDocument() const;
     VTMdiSubWindow* getSubWindow() const { return m_pSubWindow; }
+    VTCanvas* getCanvas() const { return m_pCanvas; }
     void closeWindow() override;
 
 public slots:
@@ -26,6 +27,8 @@ public slots:
     void updateDocumentTabName();
     void onDocumentLoaded();
     void onDocumentUnloaded();
+    // Every record of a running command, for the stage.
+    void onDocumentDataChanged(QObject* pInfo);
     void activateDocumentTab();
     // Writes the preview of the project (or of its current scene) and opens it in the browser
     // through the process-wide preview server.
@@ -33,8 +36,9 @@ public slots:
 
 private:
     void showLoadProblems(VTDocument* pDocument);
+    void loadCanvasPage();
     QPointer<VTMdiSubWindow> m_pSubWindow;
-    QLabel* m_pStagePlaceholder = nullptr;
+    VTCanvas* m_pCanvas = nullptr;
     // The resource folder this editor lets the preview server answer for.
     QString m_strServedFolder;
 };

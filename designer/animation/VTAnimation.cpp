@@ -7,6 +7,7 @@
 #include "VTKeyframe.h"
 #include "VTMotionPath.h"
 #include "VTMotionPathKeyframe.h"
+#include "VTSymbol.h"
 #include "VTTimeline.h"
 
 #include <QJsonArray>
@@ -251,4 +252,15 @@ QMap<int, bool> vtGetMapInherits(int nCount, ...)
     }
     va_end(args);
     return mapInherits;
+}
+
+bool isNeedChangePropAnim(const VTSymbol* pSymbol, const VTLayoutKey& layout, const VTAnimation* pAnimation,
+                          int nProperty)
+{
+    if (!pSymbol)
+        return false;
+    if (pSymbol->isResponsiveMode())
+        return layout == pSymbol->getCurrentLayoutId(true);
+    // A layout without an animation of the element inherits all of it.
+    return layout.isBase() || !pAnimation || pAnimation->isPropInherit(nProperty);
 }

@@ -12,6 +12,7 @@
 class QJsonObject;
 class VTElement;
 class VTKeyframe;
+class VTSymbol;
 class VTTimeline;
 
 // Everything one timeline does to one element in one layout: the element's keyframes side by
@@ -82,3 +83,8 @@ private:
 // An inherit map from pairs of arguments: nCount is the number of arguments that follow, a
 // property number and a flag (its low bit) for each entry.
 QMap<int, bool> vtGetMapInherits(int nCount, ...);
+
+// Whether an edit of a property reaches the animation of a layout: in responsive mode only the
+// layout being edited, otherwise the base and every layout whose animation inherits the property.
+bool isNeedChangePropAnim(const VTSymbol* pSymbol, const VTLayoutKey& layout, const VTAnimation* pAnimation,
+                          int nProperty);

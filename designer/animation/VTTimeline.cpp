@@ -521,6 +521,10 @@ void VTTimeline::serialize(QJsonObject& json) const
 
     QJsonArray layouts;
     for (auto it = m_mapLayoutAnimations.cbegin(); it != m_mapLayoutAnimations.cend(); ++it) {
+        // A layout whose last animation went (an undone first keyframe) keeps an empty list; it
+        // says no more than a missing one, and writing it would tell the file apart from before.
+        if (it.value().isEmpty())
+            continue;
         QJsonObject layout{{QStringLiteral("hLayoutId"), it.key().first},
                            {QStringLiteral("vLayoutId"), it.key().second}};
         QJsonArray animations;

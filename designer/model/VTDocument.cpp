@@ -1,15 +1,18 @@
 #include "VTDocument.h"
 
+#include "EditSymbolEvent.h"
 #include "IMessageBox.h"
 #include "IProjectDialogs.h"
 #include "IUtils.h"
 #include "VTBreakpointManager.h"
 #include "VTCommand.h"
+#include "VTEventLoopLocker.h"
 #include "VTFileLocker.h"
 #include "VTFunctionManager.h"
 #include "VTJsonReader.h"
 #include "VTLocationManager.h"
 #include "VTPackage.h"
+#include "VTRecordOnlyCommands.h"
 #include "VTResourceManager.h"
 #include "VTScene.h"
 #include "VTSceneManager.h"
@@ -441,14 +444,13 @@ VTTimeline* currentTimelineOf(VTSymbol* pSymbol)
 
 } // namespace
 
-// Playing and pausing are recorded for the views by commands once the undo stack carries them;
-// until then the timeline itself is started and paused.
 bool VTDocument::pause()
 {
     VTTimeline* pTimeline = currentTimelineOf(getCurrentSymbol());
     if (!pTimeline || pTimeline->state() != QAbstractAnimation::Running)
         return false;
     pTimeline->setCurrentTime(pTimeline->getCurrentTime());
+    VTRecordOnlyCommands::timelinePaused(this, pTimeline);
     return true;
 }
 
@@ -457,8 +459,58 @@ bool VTDocument::play()
     VTTimeline* pTimeline = currentTimelineOf(getCurrentSymbol());
     if (!pTimeline || pTimeline->state() == QAbstractAnimation::Running)
         return false;
+    // The stage page plays the timeline itself; a drag still running there would fight it.
+    stopAllCurrentTasks();
     pTimeline->start();
+    VTRecordOnlyCommands::timelinePlayed(this, pTimeline);
     return true;
+}
+
+void VTDocument::stopAllCurrentTasks()
+{
+    VTRecordOnlyCommands::stopAllTasks(this);
+    // Without a page to answer, the wait simply runs out.
+    VTEventLoopLocker::getInstance()->wait(500);
+}
+
+void VTDocument::startEditingSymbol(VTSymbol* pSymbol)
+{
+    if (!pSymbol)
+        return;
+    VTCommand command(this, tr("Change Current Symbol"));
+    command.createActionsForChangeCurrentSymbol(pSymbol);
+    if (!command.isEmpty())
+        command.doCmd();
+}
+
+void VTDocument::endEditingSymbol()
+{
+    const int nCount = m_lstEditingSymbols.size();
+    if (nCount == 0)
+        return;
+    startEditingSymbol(nCount >= 2 ? m_lstEditingSymbols.at(nCount - 2) : this);
+}
+
+void VTDocument::customEvent(QEvent* pEvent)
+{
+    if (pEvent->type() != EditSymbolEvent::type()) {
+        IDocument::customEvent(pEvent);
+        return;
+    }
+    // The id comes from a view, maybe from the stage page: only a live symbol resource counts.
+    VTResource* pResource =
+        m_pResourceManager->findResourceById(static_cast<EditSymbolEvent*>(pEvent)->getResourceId());
+    if (!pResource || pResource->isDeleted() || pResource->getType() != VTResource::Symbol)
+        return;
+    VTSymbol* pSymbol = m_pResourceManager->getSymbolForResource(pResource);
+    if (!pSymbol)
+        pSymbol = m_pResourceManager->loadSymbol(pResource);
+    if (!pSymbol || pSymbol == getCurrentSymbol())
+        return;
+    VTSceneManager* pScenes = pSymbol->getSceneManager();
+    if (!pScenes->getCurrentScene() && pScenes->getSceneCount() > 0)
+        pScenes->getScenes().constFirst()->setSelected(true);
+    startEditingSymbol(pSymbol);
 }
 
 bool VTDocument::serialize(QByteArray* pData)

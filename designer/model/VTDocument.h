@@ -150,6 +150,14 @@ public:
     void setCurrentSymbol(VTSymbol* pSymbol);
     QList<VTSymbol*> getEditingSymbolStack() const { return m_lstEditingSymbols; }
     void setEditingSymbolStack(const QList<VTSymbol*>& stack) { m_lstEditingSymbols = stack; }
+    // Enter a symbol, or go back to the one below the top of the stack, through a command outside
+    // the undo stack that the views hear of. An EditSymbolEvent posted to the document enters the
+    // symbol of a resource.
+    void startEditingSymbol(VTSymbol* pSymbol);
+    void endEditingSymbol();
+    // Asks the stage page to finish its running work and gives it half a second to do so, before a
+    // change that would pull the ground from under it (playback, layout or symbol switch).
+    void stopAllCurrentTasks();
     // Font resources register with the application's font database, for the stage and the
     // inspector; a command that restores or deletes resources registers them again.
     virtual void regApplicationFont();
@@ -179,6 +187,8 @@ public slots:
     bool cleanTempDir() override;
     virtual bool extractPackage(const QString& packagePath, const QString& folder);
     virtual bool saveToPackage(const QString& packagePath);
+    // The current timeline of the current scene of the current symbol. Both answer false when
+    // there is none or it is already in that state; the views hear of a change by a record.
     virtual bool pause();
     virtual bool play();
     void onCleanup();
@@ -191,6 +201,8 @@ signals:
     void changesSaved();
 
 protected:
+    void customEvent(QEvent* pEvent) override;
+
     // Hooks of the subsystems still to come, each with the behaviour that keeps data safe now.
 
     // Backup check before opening, which offers recovery; true lets the open go on.

@@ -236,6 +236,19 @@ export async function startFakeChannel(options) {
             }
         },
 
+        /** Raises a signal of a published object, as the host does, on every page connected to it. */
+        emitSignal(objectName, signalName, args = []) {
+            const index = objects.get(objectName)?.signalIndex.get(signalName);
+            if (index === undefined) {
+                throw new Error(`${objectName} has no signal ${signalName}`);
+            }
+            for (const client of clients) {
+                if (client.subscriptions.has(`${objectName}:${index}`)) {
+                    send(client, { type: MessageType.signal, object: objectName, signal: index, args });
+                }
+            }
+        },
+
         /** Drops every page, as a quitting studio does. */
         disconnectAll() {
             for (const client of clients) {

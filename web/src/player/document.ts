@@ -32,6 +32,8 @@ export interface Shared {
     readonly resources: Map<number, readonly unknown[]>;
     readonly resourceFolder: string;
     readonly functions: Map<number, UserFunction>;
+    /** Turns a resource's file into its URL; without it, the file is a name in the resource folder. */
+    readonly url_?: (file: string) => string;
 }
 
 export interface DocumentOptions {
@@ -661,7 +663,11 @@ export class PlayerDocument implements ActionHost, SceneOwner, SymbolInstance {
     }
 
     private urlOf_(file: unknown): string {
-        return typeof file === 'string' ? resourceUrl(this.shared_.resourceFolder, file) : '';
+        if (typeof file !== 'string') {
+            return '';
+        }
+        const url = this.shared_.url_;
+        return url ? url(file) : resourceUrl(this.shared_.resourceFolder, file);
     }
 
     imageUrl_(resourceId: number): string {

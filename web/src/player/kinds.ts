@@ -26,6 +26,8 @@ export interface BuildContext extends BlockContext {
     addMedia_(view: ElementView, element: Obj): void;
     /** A symbol instance was made; the document opens the symbol inside it. */
     addSymbol_(view: ElementView, element: Obj): void;
+    /** Sandbox flags for widget frames; the editor's stage sets them, the exported player does not. */
+    readonly widgetSandbox_?: string;
 }
 
 function box(doc: Document, className: string): HTMLElement {
@@ -86,6 +88,9 @@ function buildWidget(ctx: BuildContext, view: ElementView, element: Obj): void {
     frame.className = 'vetra-widget';
     frame.setAttribute('frameborder', '0');
     frame.setAttribute('allowfullscreen', '');
+    if (ctx.widgetSandbox_ !== undefined) {
+        frame.setAttribute('sandbox', ctx.widgetSandbox_);
+    }
     const srcdoc = str(element['srcdoc'], '');
     let url = '';
     if (bool(element['useresource'], false)) {

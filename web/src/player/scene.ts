@@ -67,6 +67,8 @@ export interface SceneOwner extends ViewOwner {
     fileUrl_(resourceId: number): string;
     mediaUrls_(resourceId: number): string[];
     widgetUrl_(url: string): string;
+    /** Sandbox flags for widget frames, when the host asks for them. */
+    readonly widgetSandbox_?: string;
     openSymbol_(view: ElementView, element: Obj): SymbolInstance | null;
     /** A timeline of this scene fired an event; the owner also decides on auto-advance. */
     timelineEvent(scene: ShownScene, event: number, timeline: TimelineApi, groups: unknown): void;
@@ -88,9 +90,11 @@ export class ShownScene implements TimelineHost {
     readonly timelines: TimelineEntry[] = [];
     readonly media = new Map<number, MediaController>();
     readonly symbols = new Map<number, SymbolInstance>();
-    private readonly symbolList_: SymbolInstance[] = [];
+    /** Open symbol instances; also read by an editing host that adds or drops elements. */
+    readonly symbolList_: SymbolInstance[] = [];
     readonly autoAdvance_: boolean;
-    private readonly elements_ = new Map<ElementView, Obj>();
+    /** The element object each view shows; also read by an editing host that changes them. */
+    readonly elements_ = new Map<ElementView, Obj>();
     private readonly autoplayMedia_: MediaController[] = [];
     private timelinesHandedOut_ = false;
     private unbinders_: (() => void)[] = [];
@@ -141,7 +145,8 @@ export class ShownScene implements TimelineHost {
         this.createTimelines_();
     }
 
-    private buildContext_(): BuildContext {
+    /** What building views needs; also used by an editing host to build an added element. */
+    buildContext_(): BuildContext {
         const owner = this.owner_;
         const scene = this;
         return {
@@ -158,6 +163,7 @@ export class ShownScene implements TimelineHost {
             fileUrl_: (id) => owner.fileUrl_(id),
             mediaUrls_: (id) => owner.mediaUrls_(id),
             widgetUrl_: (url) => owner.widgetUrl_(url),
+            widgetSandbox_: owner.widgetSandbox_,
             addMedia_: (view, element) => {
                 const controller = new MediaController(view);
                 if (view.id >= 0) {
